@@ -1,0 +1,50 @@
+# Shared rules for every target: warnings, include root, sanitizers.
+
+add_library(zel_options INTERFACE)
+target_include_directories(zel_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+target_compile_options(zel_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual> -Werror
+  # GCC 12 sees overlapping copies in optimised assignments to std::string where there are none.
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+# Strict Qt: no keywords, no implicit casts from or to ASCII.
+target_compile_definitions(zel_options INTERFACE
+  QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
+if(ZEL_SANITIZE)
+  add_compile_options(-fsanitize=${ZEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=${ZEL_SANITIZE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # Coverage for the fuzzers; the fuzzers themselves link the driver.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+  endif()
+endif()
+
+# zel_library(<name> SOURCES <files> [DEPENDS <targets>] [PRIVATE_DEPENDS <targets>])
+# A static library of one folder, known to the others as zel::<name>.
+function(zel_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
+  add_library(zel_${name} STATIC ${ARG_SOURCES})
+  add_library(zel::${name} ALIAS zel_${name})
+  target_link_libraries(zel_${name} PUBLIC ${ARG_DEPENDS} PRIVATE zel_options ${ARG_PRIVATE_DEPENDS})
+  target_include_directories(zel_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+  # The public symbols are linked into the shared library; only it exports them.
+  target_compile_definitions(zel_${name} PRIVATE ZEL_BUILDING)
+endfunction()
+
+# zel_interface(<name> [DEPENDS <targets>]): a folder of headers.
+function(zel_interface name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  add_library(zel_${name} INTERFACE)
+  add_library(zel::${name} ALIAS zel_${name})
+  target_link_libraries(zel_${name} INTERFACE ${ARG_DEPENDS})
+  target_include_directories(zel_${name} INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+endfunction()
+
+# zel_test(<name> SOURCES <files> [DEPENDS <targets>]): one test program, each case known to ctest.
+function(zel_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(test_${name} ${ARG_SOURCES})
+  target_link_libraries(test_${name} PRIVATE zel_options zel_test_support ${ARG_DEPENDS} GTest::gtest_main)
+  gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
+    PROPERTIES ENVIRONMENT "${ZEL_TEST_ENVIRONMENT}" TIMEOUT 120)
+endfunction()
