@@ -1,0 +1,79 @@
+// One raster of a source: where it lies, and its heights in blocks, read on demand. Serves several threads at
+// once.
+//
+// Its file is opened when the first block is asked for, and closed again when too many others are open.
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "zeltool/terrain/block_cache.h"
+#include "zeltool/terrain/raster_access.h"
+
+namespace zel {
+
+class RasterFile;
+
+// The files that are open, the latest used first; keeps their number bounded. Outlives its files.
+class OpenFiles {
+ public:
+  explicit OpenFiles(std::size_t most) : most_(most) {}
+  // Called with the file's own lock held. Files that are in use elsewhere are not closed.
+  void touched(RasterFile& file);
+  void forget(RasterFile& file);
+  std::size_t count() const;
+
+ private:
+  const std::size_t most_;
+  mutable std::mutex mutex_;
+  std::list<RasterFile*> files_;
+};
+
+class RasterFile {
+ public:
+  // Cells of a block each way. A block also holds one post before and two after, so that an interpolation in
+  // a block needs no other.
+  static constexpr std::int32_t kBlock = 512;
+
+  RasterFile(std::string path, std::string shownPath, RasterPlacement placement,
+             std::shared_ptr<OpenFiles> openFiles);
+  ~RasterFile();
+  RasterFile(const RasterFile&) = delete;
+  RasterFile& operator=(const RasterFile&) = delete;
+
+  const std::string& path() const { return shownPath_; }
+  const RasterPlacement& placement() const { return placement_; }
+
+  // The block that a post of this raster lies in.
+  BlockKey keyOf(std::int32_t column, std::int32_t row) const { return {id_, column / kBlock, row / kBlock}; }
+  // Out of the cache or the file; never null. What cannot be read is void.
+  HeightBlockPtr block(const BlockKey& key, BlockCache& cache) const;
+
+  // Why some or all of it could not be read; empty while all is well.
+  std::string problem() const;
+  // The file as a whole turned out to be unusable.
+  bool failed() const;
+
+ private:
+  friend class OpenFiles;
+
+  void openLocked() const;
+  bool closeUnlessBusy() const;
+  PostWindow windowOf(const BlockKey& key) const;
+
+  const std::uint64_t id_;
+  const std::string path_, shownPath_;
+  const RasterPlacement placement_;
+  const std::shared_ptr<OpenFiles> openFiles_;
+  mutable std::mutex mutex_;
+  mutable std::unique_ptr<OpenRaster> raster_;
+  mutable std::string problem_;
+  mutable bool failed_ = false;
+};
+
+using RasterFilePtr = std::shared_ptr<const RasterFile>;
+
+}  // namespace zel

@@ -1,0 +1,169 @@
+#include "zeltool/terrain/raster_listing.h"
+
+#include <cpl_conv.h>
+#include <cpl_string.h>
+#include <cpl_vsi.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <set>
+#include <string_view>
+
+#include "foundation/text.h"
+#include "zeltool/terrain/gdal_session.h"
+
+namespace zel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kMostRasters = 1'000'000;
+constexpr int kDeepest = 32;                    // folders within folders
+constexpr std::size_t kMostInArchive = 10'000;  // entries
+constexpr std::string_view kArchive = "/vsizip/";
+
+// Endings of files that accompany rasters but hold no heights.
+constexpr std::array<std::string_view, 58> kCompanions = {
+    ".aux",  ".avl", ".blw", ".bpw",  ".bqw", ".clr", ".cpg",  ".csv",    ".dbf",  ".doc",  ".docx", ".gfw",
+    ".gfs",  ".hdr", ".htm", ".html", ".ige", ".ini", ".j2w",  ".jgw",    ".jpgw", ".json", ".kml",  ".kmz",
+    ".lock", ".log", ".lst", ".md",   ".md5", ".met", ".msk",  ".ovr",    ".pdf",  ".pgw",  ".prj",  ".py",
+    ".qix",  ".qml", ".rrd", ".sbn",  ".sbx", ".sh",  ".sha1", ".sha256", ".shp",  ".shx",  ".stx",  ".tfw",
+    ".tifw", ".tmp", ".txt", ".url",  ".wld", ".xls", ".xlsx", ".xml",    ".yaml", ".yml"};
+
+bool isCompanion(std::string_view name) {
+  if (name.starts_with(".")) return true;
+  const auto dot = name.rfind('.');
+  if (dot == name.npos) return equalIgnoringCase(name, "README") || equalIgnoringCase(name, "LICENSE");
+  const std::string ending = lowerCase(name.substr(dot));
+  return std::find(kCompanions.begin(), kCompanions.end(), ending) != kCompanions.end();
+}
+
+bool isArchive(std::string_view name) {
+  return name.size() > 4 && equalIgnoringCase(name.substr(name.size() - 4), ".zip");
+}
+
+std::int64_t ticks(const fs::path& path) {
+  std::error_code error;
+  const auto time = fs::last_write_time(path, error);
+  return error ? 0 : static_cast<std::int64_t>(time.time_since_epoch().count());
+}
+
+class Walk {
+ public:
+  void path(const fs::path& path) {
+    result_.watched.push_back(watch(path.string()));
+    std::error_code error;
+    const auto status = fs::status(path, error);
+    if (!fs::exists(status)) {
+      problem(path, "there is no such file or folder");
+    } else if (fs::is_directory(status)) {
+      folder(path, 0);
+    } else {
+      file(path);
+    }
+  }
+
+  RasterListing take() {
+    std::stable_sort(result_.rasters.begin(), result_.rasters.end(),
+                     [](const RasterCandidate& a, const RasterCandidate& b) { return a.path < b.path; });
+    return std::move(result_);
+  }
+
+ private:
+  void problem(const fs::path& path, const std::string& why) {
+    result_.problems.push_back(path.string() + ": " + why);
+  }
+
+  void folder(const fs::path& path, int depth) {
+    std::error_code error;
+    // Links may lead back to a folder above.
+    const fs::path real = fs::canonical(path, error);
+    if (error || !seen_.insert(real.string()).second) return;
+    if (depth > kDeepest) return problem(path, "its folders are nested too deeply");
+    if (fs::exists(path / "hdr.adf", error)) {
+      add({path.string(), path.string(), path.filename().string(), 0, ticks(path)});
+      return;
+    }
+    std::vector<fs::directory_entry> entries;
+    fs::directory_iterator it(path, error);
+    for (; !error && it != fs::directory_iterator(); it.increment(error)) entries.push_back(*it);
+    if (error) problem(path, "the folder cannot be read: " + error.message());
+    std::sort(entries.begin(), entries.end());
+    for (const auto& entry : entries) {
+      const std::string name = entry.path().filename().string();
+      if (entry.is_directory(error)) {
+        if (name.starts_with(".")) continue;
+        result_.watched.push_back(watch(entry.path().string()));
+        folder(entry.path(), depth + 1);
+      } else if (!isCompanion(name)) {
+        file(entry.path());
+      }
+    }
+  }
+
+  void file(const fs::path& path) {
+    std::error_code error;
+    if (!fs::is_regular_file(path, error)) {
+      problem(path, error ? "it cannot be read: " + error.message() : "it is no ordinary file");
+      return;
+    }
+    const std::string name = path.filename().string();
+    if (isArchive(name)) return archive(path);
+    const std::uintmax_t bytes = fs::file_size(path, error);
+    if (bytes == 0 || error)
+      return problem(path, error ? "it cannot be read: " + error.message() : "it is empty");
+    add({path.string(), path.string(), name, bytes, ticks(path)});
+  }
+
+  void archive(const fs::path& path) {
+    GdalSession session;
+    const std::string root = std::string(kArchive) + path.string();
+    const std::unique_ptr<VSIDIR, decltype(&VSICloseDir)> listing(VSIOpenDir(root.c_str(), -1, nullptr),
+                                                                  &VSICloseDir);
+    if (!listing) {
+      const std::string why = session.takeError();
+      return problem(path, "the archive cannot be read" + (why.empty() ? "" : ": " + why));
+    }
+    bool found = false;
+    std::size_t count = 0;
+    while (const VSIDIREntry* entry = VSIGetNextDirEntry(listing.get())) {
+      if (++count > kMostInArchive) {
+        problem(path, "the archive holds too many files");
+        break;
+      }
+      const std::string inner = entry->pszName;
+      const std::string name = fs::path(inner).filename().string();
+      if (VSI_ISDIR(entry->nMode) || name.empty() || isCompanion(name) || isArchive(name)) continue;
+      found = true;
+      add({root + "/" + inner, path.string(), name, static_cast<std::uintmax_t>(entry->nSize), ticks(path)});
+    }
+    if (!found) problem(path, "the archive holds no raster");
+  }
+
+  void add(RasterCandidate raster) {
+    if (result_.rasters.size() < kMostRasters) result_.rasters.push_back(std::move(raster));
+  }
+
+  RasterListing result_;
+  std::set<std::string> seen_;
+};
+
+}  // namespace
+
+WatchedPath watch(const std::string& path) {
+  std::error_code error;
+  const auto status = fs::status(path, error);
+  if (error || !fs::exists(status)) return {path, 0, 0};
+  const std::uintmax_t bytes = fs::is_regular_file(status) ? fs::file_size(path, error) : 0;
+  return {path, ticks(path), error ? 0 : bytes};
+}
+
+RasterListing listRasters(const std::string& path) {
+  Walk walk;
+  walk.path(path);
+  return walk.take();
+}
+
+}  // namespace zel
