@@ -1,0 +1,61 @@
+// The settings of the bound host application (those under its Title), as the component reads them.
+#ifndef ZEL_SETTINGS_H_
+#define ZEL_SETTINGS_H_
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "zel/export.h"
+
+namespace zel {
+
+// What the functions below throw: the store cannot be read or written; the text says which file and why.
+class ZEL_API SettingsError : public std::runtime_error {
+ public:
+  explicit SettingsError(const std::string& what);
+  ~SettingsError() override;
+};
+
+// A setting that the component knows.
+struct SettingDescription {
+  std::string section;
+  std::string key;
+  std::string type;         // "16-bit integer", "text", ...
+  std::string defaultText;  // what is used while nothing is stored
+  std::string unit;         // empty when it has none
+  std::string range;        // valid values, for a person to read
+  std::string meaning;
+};
+
+struct SettingValue {
+  std::string section;
+  std::string key;
+  std::string value;
+  bool forThisRun = false;  // set by overrideSetting, not stored
+};
+
+// Every setting that the component knows, by section and key in a fixed order.
+ZEL_API std::vector<SettingDescription> knownSettings();
+// The known setting of that name, sections and keys compared without regard to case.
+ZEL_API std::optional<SettingDescription> knownSetting(std::string_view section, std::string_view key);
+
+// The value for this run or the stored one; nothing when there is neither.
+ZEL_API std::optional<std::string> storedSetting(std::string_view section, std::string_view key);
+// Everything stored or set for this run.
+ZEL_API std::vector<SettingValue> storedSettings();
+// Why the text cannot be that setting's value; nothing when it can, or when the setting is not a known one.
+ZEL_API std::optional<std::string> settingProblem(std::string_view section, std::string_view key,
+                                                  std::string_view value);
+// Stores the value; it is on disk when the call returns.
+ZEL_API void storeSetting(std::string_view section, std::string_view key, std::string_view value);
+// From here on, and in this process only, the value stands in the place of the stored one.
+ZEL_API void overrideSetting(std::string_view section, std::string_view key, std::string_view value);
+// The file that holds the bound application's settings.
+ZEL_API std::string settingsFile();
+
+}  // namespace zel
+
+#endif  // ZEL_SETTINGS_H_

@@ -1,0 +1,209 @@
+#include "zel/profile_control.h"
+
+#include <cstddef>
+
+#include "component/component.h"
+#include "component/member_table.h"
+#include "component/services/characters.h"
+#include "foundation/rounding.h"
+
+namespace zel {
+namespace {
+
+constexpr std::size_t kShortestFileName = 5;  // characters
+
+}  // namespace
+
+struct ProfileControl::Self {
+  Component& component = Component::instance();
+  ModuleState& state = component.state();
+  TrappedModule module{"ProfileControl", component.trap()};
+
+  template <typename Body>
+  auto run(std::string_view procedure, Body&& body) {
+    component.thread().check();
+    return module.run(procedure, std::forward<Body>(body));
+  }
+
+  void storeStations(const StationProfile_Type& sta1, const StationProfile_Type& sta2) {
+    state.station1 = {sta1.Lat, sta1.Lon};
+    state.station2 = {sta2.Lat, sta2.Lon};
+    module.step(1);
+    state.antennaHeights[0] = toInt16(static_cast<double>(sta1.AntHt));
+    state.antennaHeights[1] = toInt16(static_cast<double>(sta2.AntHt));
+  }
+
+  template <typename Body>
+  void exportTo(const std::string& outfile, Body&& body) {
+    if (characterCount(outfile) < kShortestFileName) return;
+    component.ensureSetUp();
+    module.step(1);
+    body();
+  }
+};
+
+ProfileControl::ProfileControl() : self_(std::make_unique<Self>()) {
+  self_->component.thread().enter();
+  self_->run(":Class_Initialize:", [this] { self_->component.bindOwnApplication(); });
+}
+
+// Unloads whatever the loaded flags say. A release on a foreign thread leaves the windows, which it must not
+// touch.
+ProfileControl::~ProfileControl() {
+  if (!self_->component.thread().leave()) return;
+  self_->module.run(":Class_Terminate:", [this] {
+    self_->component.bindOwnApplication();
+    self_->module.step(1);
+    self_->component.windows().unloadSettings();
+    self_->module.step(2);
+    self_->component.windows().unloadProfile();
+  });
+}
+
+std::int32_t ProfileControl::dispatchId(std::string_view name) const {
+  self_->component.thread().check();
+  return memberId(name);
+}
+
+AutomationValue ProfileControl::invoke(std::int32_t id, Access access,
+                                       std::span<const AutomationValue> arguments) {
+  self_->component.thread().check();
+  return callMember(*this, id, access, arguments);
+}
+
+std::int16_t ProfileControl::get_ElevLines() {
+  return self_->run(":Get ElevLines:", [this] { return self_->state.elevLines; });
+}
+
+void ProfileControl::let_ElevLines(std::int16_t vNewValue) {
+  self_->run(":Let ElevLines:", [&] { self_->state.elevLines = vNewValue; });
+}
+
+void ProfileControl::ExportDataToCSV(const std::string& outfile) {
+  self_->run(":ExportDataToCSV:",
+             [&] { self_->exportTo(outfile, [&] { self_->component.windows().exportData(outfile); }); });
+}
+
+void ProfileControl::ExportITMToCSV(const std::string& outfile) {
+  self_->run(":ExportITMToCSV:",
+             [&] { self_->exportTo(outfile, [&] { self_->component.windows().exportPathLoss(outfile); }); });
+}
+
+bool ProfileControl::get_OFrmLoaded() {
+  return self_->run(":Get OFrmLoaded:", [this] { return self_->state.settingsDialogLoaded; });
+}
+
+bool ProfileControl::get_OptionButtonVisible() {
+  return self_->run(":Get OptionButtonVisible:", [this] { return self_->state.optionButtonVisible; });
+}
+
+void ProfileControl::let_OptionButtonVisible(bool vNewValue) {
+  self_->run(":Let OptionButtonVisible:", [&] { self_->state.optionButtonVisible = vNewValue; });
+}
+
+void ProfileControl::let_OwnerName(const std::string& vNewValue) {
+  self_->run(":Let OwnerName:", [&] { self_->state.ownerName = vNewValue; });
+}
+
+DispatchPtr ProfileControl::get_PForm() {
+  return self_->run(":Get PForm:", [this] {
+    self_->component.ensureSetUp();
+    return self_->component.windows().newProfileForm();
+  });
+}
+
+bool ProfileControl::get_PFrmLoaded() {
+  return self_->run(":Get PFrmLoaded:", [this] { return self_->state.profileWindowLoaded; });
+}
+
+void ProfileControl::let_PrintDescription(const std::string& vNewValue) {
+  self_->run(":Let PrintDescription:", [&] {
+    self_->state.printDescription = vNewValue;
+    self_->state.printDescriptionSet = true;
+  });
+}
+
+void ProfileControl::let_PrintLandscape(bool vNewValue) {
+  self_->run(":Let PrintLandscape:", [&] { self_->state.printLandscape = vNewValue; });
+}
+
+// Does nothing, and is meant to: printing starts from the profile window's menu.
+bool ProfileControl::PrintProfile() {
+  return self_->run(":PrintProfile:", [] { return false; });
+}
+
+void ProfileControl::let_ProgName(const std::string& vNewValue) {
+  self_->run(":Let ProgName:", [&] { self_->state.progName = vNewValue; });
+}
+
+std::int16_t ProfileControl::get_RangeLines() {
+  return self_->run(":Get RangeLines:", [this] { return self_->state.rangeLines; });
+}
+
+void ProfileControl::let_RangeLines(std::int16_t vNewValue) {
+  self_->run(":Let RangeLines:", [&] { self_->state.rangeLines = vNewValue; });
+}
+
+void ProfileControl::SetClientApp(const DispatchPtr& ClientApp) {
+  self_->run(":SetClientApp:", [&] {
+    self_->component.bindClient(ClientApp);
+    self_->module.step(1);
+    self_->component.host().Refresh();
+    self_->module.step(2);
+    self_->component.buildTables();
+  });
+}
+
+float ProfileControl::GetPathLoss(const StationProfile_Type& Sta1, const StationProfile_Type& Sta2) {
+  return self_->run(":GetPathLoss:", [&] {
+    self_->storeStations(Sta1, Sta2);
+    self_->module.step(2);
+    self_->component.ensureSetUp();
+    return self_->component.pathLoss();
+  });
+}
+
+void ProfileControl::ShowMainForm(const StationProfile_Type& Sta1, const StationProfile_Type& Sta2) {
+  self_->run(":ShowMainForm:", [&] {
+    self_->storeStations(Sta1, Sta2);
+    self_->module.step(2);
+    UnloadMainForm();
+    self_->module.step(3);
+    self_->state.bProfileFailed = false;
+    self_->module.step(4);
+    self_->component.ensureSetUp();
+    self_->component.windows().showProfile();
+    self_->module.step(5);
+    if (self_->state.bProfileFailed) self_->component.windows().unloadProfile();
+  });
+}
+
+void ProfileControl::ShowOptionsForm() {
+  self_->run(":ShowOptionsForm:", [this] {
+    self_->component.ensureSetUp();
+    self_->component.windows().showSettings();
+  });
+}
+
+std::int32_t ProfileControl::get_StaDatum() {
+  return self_->run(":Get StaDatum:", [this] { return self_->state.datumCode; });
+}
+
+void ProfileControl::let_StaDatum(std::int32_t vNewValue) {
+  self_->run(":Let StaDatum:", [&] { self_->component.setStationDatum(vNewValue); });
+}
+
+void ProfileControl::UnloadMainForm() {
+  self_->run(":UnloadMainForm:", [this] {
+    if (self_->state.profileWindowLoaded) self_->component.windows().unloadProfile();
+    self_->module.step(1);
+    if (self_->state.settingsDialogLoaded) self_->component.windows().unloadSettings();
+  });
+}
+
+std::int32_t ProfileControl::get_hWnd() {
+  // The blanks around the name are meant.
+  return self_->run(" :Get hWnd: ", [this] { return self_->state.profileWindowHandle; });
+}
+
+}  // namespace zel
