@@ -1,0 +1,38 @@
+#include "command_line/application.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+namespace zel::host {
+
+std::string stateFolder() {
+  const char* state = std::getenv("XDG_STATE_HOME");
+  if (state != nullptr && *state == '/') return std::string(state) + "/terrain-profiler";
+  const char* home = std::getenv("HOME");
+  return std::string(home != nullptr && *home != '\0' ? home : "/tmp") + "/.local/state/terrain-profiler";
+}
+
+std::unique_ptr<ProfileControl> bindComponent() {
+  const std::string folder = stateFolder();
+  std::error_code ignored;  // a log that cannot be written is reported when there is something to log
+  std::filesystem::create_directories(folder, ignored);
+  const std::string version = ZEL_VERSION;
+  const auto part = [&version](int wanted) {
+    std::size_t begin = 0;
+    for (int i = 0; i < wanted; ++i) begin = version.find('.', begin) + 1;
+    return std::int32_t{std::atoi(version.c_str() + begin)};
+  };
+  auto control = std::make_unique<ProfileControl>();
+  control->SetClientApp(makePropertyBag({{"Title", "Terrain Profiler"},
+                                         {"Path", folder},
+                                         {"ProductName", "Terrain Profiler"},
+                                         {"HelpFile", ""},
+                                         {"Major", part(0)},
+                                         {"Minor", part(1)},
+                                         {"Revision", part(2)}}));
+  return control;
+}
+
+}  // namespace zel::host

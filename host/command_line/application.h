@@ -1,0 +1,17 @@
+// The host's application object, and the component bound to it.
+#pragma once
+
+#include <memory>
+
+#include "zel/profile_control.h"
+
+namespace zel::host {
+
+// Binds the component to this program for as long as the result lives: settings under the title "Terrain Profiler",
+// the error log in the user's state folder.
+std::unique_ptr<ProfileControl> bindComponent();
+
+// ".../terrain-profiler" below $XDG_STATE_HOME or ~/.local/state.
+std::string stateFolder();
+
+}  // namespace zel::host

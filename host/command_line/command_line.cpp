@@ -1,0 +1,110 @@
+#include "command_line/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "command_line/application.h"
+#include "command_line/command_error.h"
+#include "command_line/commands.h"
+#include "command_line/output.h"
+#include "zel/settings.h"
+#include "zel/terrain.h"
+
+namespace zel::host {
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+struct RunOptions {
+  std::vector<std::string> terrain;
+  std::vector<std::string> settings;
+};
+
+void addRunOptions(CLI::App& program, RunOptions& options) {
+  program.add_option("--terrain", options.terrain, "Raster or folder of rasters for this run (repeatable)")
+      ->type_name("PATH")
+      ->allow_extra_args(false);
+  program.add_option("--set", options.settings, "Setting for this run (repeatable)")
+      ->type_name("SECTION/KEY=VALUE")
+      ->allow_extra_args(false);
+}
+
+void applyRunOptions(const RunOptions& options) {
+  for (const std::string& text : options.settings) {
+    const std::size_t slash = text.find('/');
+    const std::size_t equals = text.find('=');
+    if (slash == std::string::npos || equals == std::string::npos || slash > equals || slash == 0 || equals == slash + 1)
+      throw UsageError("--set \"" + text + "\" is not SECTION/KEY=VALUE, as in --set Profile/Prf_Crv=1.333");
+    std::string section = text.substr(0, slash);
+    std::string key = text.substr(slash + 1, equals - slash - 1);
+    const std::string value = text.substr(equals + 1);
+    if (const auto known = knownSetting(section, key)) {
+      section = known->section;
+      key = known->key;
+    } else {
+      note(section + "/" + key + " is not a setting that the profiler reads; 'terrain-profiler settings list' shows those");
+    }
+    if (const auto problem = settingProblem(section, key, value)) note("--set " + text + ": " + *problem);
+    overrideSetting(section, key, value);
+  }
+  if (!options.terrain.empty()) useTerrainForThisRun(options.terrain);
+}
+
+int run(int argc, char** argv) {
+  CLI::App program("Terrain path profiler: the ground between two radio stations, and what it does to the signal.",
+                   "terrain-profiler");
+  program.footer(
+      "Positions are LAT,LON[,HEIGHT]: decimal degrees with a sign or N/S/E/W, or degrees-minutes-seconds\n"
+      "(\"36-24-00 N,84-21-00 W,30\"); heights are metres above ground.\n\n"
+      "Examples:\n"
+      "  terrain-profiler profile --from 36.40,-84.35,30 --to 36.22,-84.12,30 -o profile.csv\n"
+      "  terrain-profiler sample --from 36.40,-84.35 --to 36.22,-84.12 --points 11\n"
+      "  terrain-profiler --terrain ~/tiles profile --from 42.7,1.4,20 --to 42.5,1.7,20 --json\n"
+      "  terrain-profiler settings set Profile/Prf_Freq 450\n\n"
+      "'terrain-profiler COMMAND --help' explains a command. Exit codes: 0 done, 1 failed, 2 wrong usage.");
+  program.set_version_flag("--version", std::string("terrain-profiler ") + ZEL_VERSION);
+  program.fallthrough();  // --terrain and --set are understood before and after the command
+  RunOptions options;
+  addRunOptions(program, options);
+  // Runs after everything is parsed and before the command itself.
+  program.parse_complete_callback([&options] { applyRunOptions(options); });
+  addProfileCommand(program);
+  addSampleCommand(program);
+  addTerrainCommand(program);
+  addSettingsCommand(program);
+
+  try {
+    program.parse(argc, argv);
+    if (program.get_subcommands().empty())
+      throw UsageError("a command is missing; 'terrain-profiler --help' shows the commands");
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return program.exit(error);  // help and version
+    note(std::string(error.what()) + "; 'terrain-profiler --help' shows how to call it");
+    return kWrongUsage;
+  }
+  return 0;
+}
+
+}  // namespace
+
+int runCommandLine(int argc, char** argv) {
+  try {
+    const auto component = bindComponent();
+    return run(argc, argv);
+  } catch (const UsageError& error) {
+    note(error.what());
+    return kWrongUsage;
+  } catch (const std::bad_alloc&) {
+    note("out of memory; ask for fewer points or smaller rasters");
+  } catch (const std::exception& error) {
+    note(error.what());
+  }
+  return kFailed;
+}
+
+}  // namespace zel::host
