@@ -63,7 +63,7 @@ void countSamples(benchmark::State& state) { state.SetItemsProcessed(state.itera
 
 void BM_Positions(benchmark::State& state) {
   std::vector<zel::GeoPoint> positions(static_cast<std::size_t>(state.range(0)));
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     zel::GeodesicPath(kFrom, kTo).fill(positions);
     benchmark::DoNotOptimize(positions.data());
   }
@@ -73,7 +73,7 @@ void BM_Positions(benchmark::State& state) {
 void BM_PositionsExact(benchmark::State& state) {
   const zel::GeodesicPath path(kFrom, kTo);
   std::vector<zel::GeoPoint> positions(static_cast<std::size_t>(state.range(0)));
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     for (std::size_t i = 0; i < positions.size(); ++i)
       positions[i] = path.at(static_cast<double>(i) / static_cast<double>(positions.size() - 1));
     benchmark::DoNotOptimize(positions.data());
@@ -84,7 +84,7 @@ void BM_PositionsExact(benchmark::State& state) {
 void heightsAt(benchmark::State& state, std::int32_t method) {
   const auto positions = positionsOf(state);
   std::vector<float> heights(positions.size());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const auto report = library().heightsAt(positions, method, 2, heights);
     if (report.status != 0) state.SkipWithError(report.reason.c_str());
     benchmark::DoNotOptimize(heights.data());
@@ -104,7 +104,7 @@ void BM_HeightsOneReadEach(benchmark::State& state) {
   if (!file || file->GetGeoTransform(t.data()) != CE_None)
     return state.SkipWithError("the tile cannot be opened");
   GDALRasterBand* band = file->GetRasterBand(1);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     for (std::size_t i = 0; i < positions.size(); ++i) {
       const double column = (positions[i].longitude - t[0]) / t[1] - 0.5,
                    row = (positions[i].latitude - t[3]) / t[5] - 0.5;
@@ -123,7 +123,7 @@ void BM_HeightsOneReadEach(benchmark::State& state) {
 
 void BM_Sample(benchmark::State& state) {
   const zel::SampleRequest request{kFrom, kTo, static_cast<std::int32_t>(state.range(0)), 0, 2, true};
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const zel::SampleResult result = library().sample(request);
     if (result.report.status != 0) state.SkipWithError(result.report.reason.c_str());
     benchmark::DoNotOptimize(result.heights.data());
@@ -134,9 +134,10 @@ void BM_Sample(benchmark::State& state) {
 // With nothing in the cache: opening the tile and decoding the blocks under the path.
 void BM_SampleCold(benchmark::State& state) {
   const zel::SampleRequest request{kFrom, kTo, static_cast<std::int32_t>(state.range(0)), 0, 2, true};
-  const zel::SourceDefinition definition{2, "3 second", {tile().path()}, false};
-  for (auto _ : state) {
-    const zel::TerrainLibrary fresh([&](int) { return definition; }, std::size_t{64} << 20);
+  zel::SourceDefinition definition{2, "3 second", {tile().path()}, false};
+  while (state.KeepRunning()) {
+    const zel::TerrainLibrary fresh([&](int) { return zel::SourceDefinition(definition); },
+                                    std::size_t{64} << 20);
     benchmark::DoNotOptimize(fresh.sample(request).heights.data());
   }
   countSamples(state);

@@ -77,8 +77,9 @@ void overwrite(std::string& bytes, const std::uint8_t* data, std::size_t size) {
 constexpr zel::GeoPoint kFrom{50.99, 10.01};
 
 void sample(const std::string& path, zel::GeoPoint to) {
-  const zel::SourceDefinition definition{3, "", {path}, false};
-  const zel::TerrainLibrary library([&](int) { return definition; }, std::size_t{8} << 20);
+  zel::SourceDefinition definition{3, "", {path}, false};
+  const zel::TerrainLibrary library([&](int) { return zel::SourceDefinition(definition); },
+                                    std::size_t{8} << 20);
   for (const std::int32_t method : {0, 1}) {
     const zel::SampleResult result = library.sample({kFrom, to, 200, method, 3, true});
     if (result.report.status == zel::kSamplerOk && result.heights.size() != 200) std::abort();

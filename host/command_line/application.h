@@ -7,8 +7,8 @@
 
 namespace zel::host {
 
-// Binds the component to this program for as long as the result lives: settings under the title "Terrain Profiler",
-// the error log in the user's state folder.
+// Binds the component to this program for as long as the result lives: settings under the title "Terrain
+// Profiler", the error log in the user's state folder.
 std::unique_ptr<ProfileControl> bindComponent();
 
 // ".../terrain-profiler" below $XDG_STATE_HOME or ~/.local/state.

@@ -23,6 +23,7 @@ constexpr int kWrongUsage = 2;
 struct RunOptions {
   std::vector<std::string> terrain;
   std::vector<std::string> settings;
+  std::string datum;
 };
 
 void addRunOptions(CLI::App& program, RunOptions& options) {
@@ -32,13 +33,18 @@ void addRunOptions(CLI::App& program, RunOptions& options) {
   program.add_option("--set", options.settings, "Setting for this run (repeatable)")
       ->type_name("SECTION/KEY=VALUE")
       ->allow_extra_args(false);
+  program
+      .add_option("--datum", options.datum, "Datum of the positions: nad83 (as WGS 84, the default) or nad27")
+      ->type_name("DATUM")
+      ->check(CLI::IsMember({"nad27", "nad83"}, CLI::ignore_case));
 }
 
-void applyRunOptions(const RunOptions& options) {
+void applyRunOptions(const RunOptions& options, ProfileControl& component) {
   for (const std::string& text : options.settings) {
     const std::size_t slash = text.find('/');
     const std::size_t equals = text.find('=');
-    if (slash == std::string::npos || equals == std::string::npos || slash > equals || slash == 0 || equals == slash + 1)
+    if (slash == std::string::npos || equals == std::string::npos || slash > equals || slash == 0 ||
+        equals == slash + 1)
       throw UsageError("--set \"" + text + "\" is not SECTION/KEY=VALUE, as in --set Profile/Prf_Crv=1.333");
     std::string section = text.substr(0, slash);
     std::string key = text.substr(slash + 1, equals - slash - 1);
@@ -47,17 +53,20 @@ void applyRunOptions(const RunOptions& options) {
       section = known->section;
       key = known->key;
     } else {
-      note(section + "/" + key + " is not a setting that the profiler reads; 'terrain-profiler settings list' shows those");
+      note(section + "/" + key +
+           " is not a setting that the profiler reads; 'terrain-profiler settings list' shows those");
     }
     if (const auto problem = settingProblem(section, key, value)) note("--set " + text + ": " + *problem);
     overrideSetting(section, key, value);
   }
   if (!options.terrain.empty()) useTerrainForThisRun(options.terrain);
+  if (!options.datum.empty()) component.let_StaDatum(options.datum.find("27") != std::string::npos ? 0 : 1);
 }
 
-int run(int argc, char** argv) {
-  CLI::App program("Terrain path profiler: the ground between two radio stations, and what it does to the signal.",
-                   "terrain-profiler");
+int run(int argc, char** argv, ProfileControl& component) {
+  CLI::App program(
+      "Terrain path profiler: the ground between two radio stations, and what it does to the signal.",
+      "terrain-profiler");
   program.footer(
       "Positions are LAT,LON[,HEIGHT]: decimal degrees with a sign or N/S/E/W, or degrees-minutes-seconds\n"
       "(\"36-24-00 N,84-21-00 W,30\"); heights are metres above ground.\n\n"
@@ -72,7 +81,7 @@ int run(int argc, char** argv) {
   RunOptions options;
   addRunOptions(program, options);
   // Runs after everything is parsed and before the command itself.
-  program.parse_complete_callback([&options] { applyRunOptions(options); });
+  program.parse_complete_callback([&] { applyRunOptions(options, component); });
   addProfileCommand(program);
   addSampleCommand(program);
   addTerrainCommand(program);
@@ -95,7 +104,7 @@ int run(int argc, char** argv) {
 int runCommandLine(int argc, char** argv) {
   try {
     const auto component = bindComponent();
-    return run(argc, argv);
+    return run(argc, argv, *component);
   } catch (const UsageError& error) {
     note(error.what());
     return kWrongUsage;

@@ -1,4 +1,5 @@
-// The subcommands. Each adds itself to the program and throws CommandFailure or UsageError when it runs into trouble.
+// The subcommands. Each adds itself to the program and throws CommandFailure or UsageError when it runs into
+// trouble.
 #pragma once
 
 #include <CLI/CLI.hpp>

@@ -53,7 +53,8 @@ class FileBeside {
     const mode_t mask = umask(0);
     umask(mask);
     fchmod(descriptor_, 0666 & ~mask);
-    if (fsync(descriptor_) != 0 || rename(name_.c_str(), target_.c_str()) != 0) throw cannotWrite(target_, errno);
+    if (fsync(descriptor_) != 0 || rename(name_.c_str(), target_.c_str()) != 0)
+      throw cannotWrite(target_, errno);
     close(descriptor_);
     descriptor_ = -1;
   }
@@ -93,7 +94,8 @@ void writeFile(const std::string& path, const std::function<void(std::ostream&)>
   if (path == "-") {
     write(std::cout);
     std::cout.flush();
-    if (!std::cout) throw CommandFailure("cannot write to standard output: " + std::string(std::strerror(errno)));
+    if (!std::cout)
+      throw CommandFailure("cannot write to standard output: " + std::string(std::strerror(errno)));
     return;
   }
   if (std::filesystem::is_directory(path))

@@ -15,8 +15,8 @@ std::string shortest(double value);
 // At most so many significant digits, without trailing zeros.
 std::string significant(double value, int digits);
 
-// Writes the file whole or not at all: what stood there before stays until the new content is complete on disk. "-" is
-// standard output. Throws CommandFailure.
+// Writes the file whole or not at all: what stood there before stays until the new content is complete on
+// disk. "-" is standard output. Throws CommandFailure.
 void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write);
 
 // One line on standard error, headed by the program's name; line breaks in it become "; ".

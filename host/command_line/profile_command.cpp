@@ -49,8 +49,10 @@ Json profileJson(const PathProfile& profile, const std::string& csv) {
   json["bearing_deg"] = rounded(profile.bearingDeg, 4);
   json["points"] = profile.points;
   json["spacing_m"] = rounded(profile.spacingM, 3);
-  json["ground_m"] = {{"start", rounded(profile.startGroundM, 3)}, {"end", rounded(profile.endGroundM, 3)},
-                      {"minimum", rounded(profile.minimumM, 3)},   {"maximum", rounded(profile.maximumM, 3)},
+  json["ground_m"] = {{"start", rounded(profile.startGroundM, 3)},
+                      {"end", rounded(profile.endGroundM, 3)},
+                      {"minimum", rounded(profile.minimumM, 3)},
+                      {"maximum", rounded(profile.maximumM, 3)},
                       {"average", rounded(profile.averageM, 3)}};
   json["free_space_db"] = rounded(profile.freeSpaceDb, 2);
   if (profile.worst) {
@@ -105,22 +107,23 @@ void printSummary(const PathProfile& profile, const std::string& csv) {
   line("Distance", fixed(profile.distanceKm, 3) + " km");
   line("Bearing", fixed(profile.bearingDeg, 2) + " degrees");
   line("Points", std::to_string(profile.points) + ", " + fixed(profile.spacingM, 2) + " m apart");
-  line("Ground", "start " + fixed(profile.startGroundM, 1) + " m, end " + fixed(profile.endGroundM, 1) + " m, lowest " +
-                     fixed(profile.minimumM, 1) + " m, highest " + fixed(profile.maximumM, 1) + " m, average " +
-                     fixed(profile.averageM, 1) + " m above sea level");
+  line("Ground", "start " + fixed(profile.startGroundM, 1) + " m, end " + fixed(profile.endGroundM, 1) +
+                     " m, lowest " + fixed(profile.minimumM, 1) + " m, highest " +
+                     fixed(profile.maximumM, 1) + " m, average " + fixed(profile.averageM, 1) +
+                     " m above sea level");
   line("Free-space loss", fixed(profile.freeSpaceDb, 2) + " dB");
   if (profile.worst) {
     const PathObstacle& worst = *profile.worst;
-    line("Worst obstacle", fixed(worst.distanceKm, 3) + " km from the start, " +
-                               latitudeText(worst.position.latitude) + ", " +
-                               longitudeText(worst.position.longitude) + ", ground " + fixed(worst.groundM, 1) + " m");
+    line("Worst obstacle",
+         fixed(worst.distanceKm, 3) + " km from the start, " + latitudeText(worst.position.latitude) + ", " +
+             longitudeText(worst.position.longitude) + ", ground " + fixed(worst.groundM, 1) + " m");
     line("Clearance", fixed(worst.clearanceM, 1) + " m, " + fixed(worst.clearancePercent, 0) +
                           " % of the first Fresnel zone");
   }
   line("Verdict", verdictSentence(profile.verdict));
-  line("Computed with", "k " + shortest(profile.k) + ", " + shortest(profile.frequencyMhz) + " MHz (wavelength " +
-                            fixed(profile.wavelengthM, 3) + " m), " + profile.terrain.method +
-                            ", exact geometry station to station");
+  line("Computed with", "k " + shortest(profile.k) + ", " + shortest(profile.frequencyMhz) +
+                            " MHz (wavelength " + fixed(profile.wavelengthM, 3) + " m), " +
+                            profile.terrain.method + ", exact geometry station to station");
   line("Terrain", terrainSentence(profile.terrain));
   for (const std::string& text : profile.notes) line("Note", text);
   for (const std::string& text : profile.terrain.warnings) line("Warning", text);
@@ -130,8 +133,8 @@ void printSummary(const PathProfile& profile, const std::string& csv) {
 void runProfile(const ProfileOptions& options) {
   const StationInput from = stationOption("--from", options.from);
   const StationInput to = stationOption("--to", options.to);
-  const PathProfile profile = computePathProfile(
-      {from.position, to.position, from.height, to.height, options.k, options.frequency});
+  const PathProfile profile =
+      computePathProfile({from.position, to.position, from.height, to.height, options.k, options.frequency});
   if (profile.status != 0) throw CommandFailure(profile.error);
   if (!options.output.empty())
     writeFile(options.output, [&profile](std::ostream& out) { writeCsv(out, profile); });
@@ -146,7 +149,8 @@ void runProfile(const ProfileOptions& options) {
 
 void addProfileCommand(CLI::App& program) {
   auto options = std::make_shared<ProfileOptions>();
-  CLI::App* command = program.add_subcommand("profile", "Profile of a path: summary, clearance and verdict, CSV");
+  CLI::App* command =
+      program.add_subcommand("profile", "Profile of a path: summary, clearance and verdict, CSV");
   command->add_option("--from", options->from, "Start station")->type_name("LAT,LON[,HEIGHT]")->required();
   command->add_option("--to", options->to, "End station")->type_name("LAT,LON[,HEIGHT]")->required();
   command->add_option("--k", options->k, "Effective-earth factor; by default the setting Profile/Prf_Crv")
@@ -154,16 +158,21 @@ void addProfileCommand(CLI::App& program) {
   command->add_option("--frequency", options->frequency, "Frequency; by default the setting Profile/Prf_Freq")
       ->type_name("MHZ");
   command->add_flag("--json", options->json, "Print the summary as JSON");
-  command->add_option("-o,--output", options->output, "Write the profile as CSV to this file; - is standard output")
+  command
+      ->add_option("-o,--output", options->output,
+                   "Write the profile as CSV to this file; - is standard output")
       ->type_name("FILE");
   command->footer(
       "Heights are metres above ground; without one the settings Profile/Prf_HtL and Profile/Prf_HtR hold.\n"
-      "CSV columns: distance_km from the start, latitude, longitude, ground_m above sea level (empty in a void),\n"
-      "rise_m of the curved earth, los_m line of sight above sea level, fresnel1_m radius of the first Fresnel zone,\n"
+      "CSV columns: distance_km from the start, latitude, longitude, ground_m above sea level (empty in a "
+      "void),\n"
+      "rise_m of the curved earth, los_m line of sight above sea level, fresnel1_m radius of the first "
+      "Fresnel zone,\n"
       "clearance_m of the line of sight above ground and rise.\n"
       "Examples:\n"
       "  terrain-profiler profile --from 36.40,-84.35,30 --to 36.22,-84.12,30 -o profile.csv\n"
-      "  terrain-profiler profile --from \"36-24-00 N,84-21-00 W\" --to \"36-13-12 N,84-07-12 W\" --k 0.667 --json");
+      "  terrain-profiler profile --from \"36-24-00 N,84-21-00 W\" --to \"36-13-12 N,84-07-12 W\" --k 0.667 "
+      "--json");
   command->callback([options] { runProfile(*options); });
 }
 

@@ -26,8 +26,8 @@ void writeSamples(std::ostream& out, const SampledTerrain& sampled) {
   out << "distance_km,latitude,longitude,elevation_m\n";
   for (std::size_t i = 0; i < sampled.elevations.size(); ++i)
     out << fixed(sampled.distancesKm[i], 6) << ',' << fixed(sampled.positions[i].latitude, 9) << ','
-        << fixed(sampled.positions[i].longitude, 9) << ',' << fixed(static_cast<double>(sampled.elevations[i]), 3)
-        << '\n';
+        << fixed(sampled.positions[i].longitude, 9) << ','
+        << fixed(static_cast<double>(sampled.elevations[i]), 3) << '\n';
 }
 
 void runSample(const SampleOptions& options) {
@@ -50,8 +50,11 @@ void runSample(const SampleOptions& options) {
 
 void addSampleCommand(CLI::App& program) {
   auto options = std::make_shared<SampleOptions>();
-  CLI::App* command = program.add_subcommand("sample", "Terrain heights at evenly spaced points of a path, as CSV");
-  command->add_option("--from", options->from, "Position of the first sample")->type_name("LAT,LON")->required();
+  CLI::App* command =
+      program.add_subcommand("sample", "Terrain heights at evenly spaced points of a path, as CSV");
+  command->add_option("--from", options->from, "Position of the first sample")
+      ->type_name("LAT,LON")
+      ->required();
   command->add_option("--to", options->to, "Position of the last sample")->type_name("LAT,LON")->required();
   command->add_option("--points", options->points, "Number of samples, both ends included (2 to 32767)")
       ->type_name("N")
@@ -68,7 +71,8 @@ void addSampleCommand(CLI::App& program) {
       ->type_name("FILE")
       ->capture_default_str();
   command->footer(
-      "Columns: distance_km from the first sample, latitude, longitude, elevation_m; -9999 stands for a void.\n"
+      "Columns: distance_km from the first sample, latitude, longitude, elevation_m; -9999 stands for a "
+      "void.\n"
       "Example:\n  terrain-profiler sample --from 36.40,-84.35 --to 36.22,-84.12 --points 11");
   command->callback([options] { runSample(*options); });
 }

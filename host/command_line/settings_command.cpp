@@ -24,7 +24,8 @@ SettingName settingName(const std::string& text) {
   if (slash == std::string::npos || slash == 0 || slash + 1 == text.size())
     throw UsageError("\"" + text + "\" is not SECTION/KEY, as in Profile/Prf_Freq");
   SettingName name{text.substr(0, slash), text.substr(slash + 1)};
-  if (const auto setting = knownSetting(name.section, name.key)) name = {setting->section, setting->key, true};
+  if (const auto setting = knownSetting(name.section, name.key))
+    name = {setting->section, setting->key, true};
   return name;
 }
 
@@ -35,7 +36,9 @@ void getSetting(const std::string& text) {
   } else if (name.known) {
     std::cout << knownSetting(name.section, name.key)->defaultText << '\n';
   } else {
-    throw CommandFailure(text + " is neither a setting of the profiler nor stored; 'terrain-profiler settings list' shows all");
+    throw CommandFailure(
+        text +
+        " is neither a setting of the profiler nor stored; 'terrain-profiler settings list' shows all");
   }
 }
 
@@ -62,8 +65,10 @@ void listSettings() {
     const bool isStored = found != stored.end();
     std::cout << setting.section << '/' << setting.key << '='
               << (isStored ? found->second.value : setting.defaultText) << "  # "
-              << (!isStored ? "default" : found->second.forThisRun ? "for this run" : "stored") << "; "
-              << setting.meaning;
+              << (!isStored                  ? "default"
+                  : found->second.forThisRun ? "for this run"
+                                             : "stored")
+              << "; " << setting.meaning;
     if (!setting.unit.empty()) std::cout << ", " << setting.unit;
     if (!setting.range.empty()) std::cout << "; " << setting.range;
     std::cout << '\n';
@@ -95,7 +100,8 @@ void addSettingsCommand(CLI::App& program) {
   CLI::Option* valueOption = set->add_option("VALUE", *value);
   set->callback([name, value, valueOption] { setSetting(*name, *value, valueOption->count() > 0); });
 
-  settings->add_subcommand("list", "Every setting with its value, unit, range and meaning")->callback(listSettings);
+  settings->add_subcommand("list", "Every setting with its value, unit, range and meaning")
+      ->callback(listSettings);
 }
 
 }  // namespace zel::host

@@ -17,8 +17,7 @@ namespace {
 void listSources() {
   for (const TerrainSource& source : terrainSources()) {
     std::cout << source.code << "  " << source.name << (source.code == 3 ? " (default)" : "") << '\n';
-    if (source.bundledSample)
-      std::cout << "     not set: the bundled sample terrain stands in\n";
+    if (source.bundledSample) std::cout << "     not set: the bundled sample terrain stands in\n";
     for (const std::string& path : source.paths) {
       std::error_code ignored;
       std::cout << "     " << path << (std::filesystem::exists(path, ignored) ? "" : "  (missing)") << '\n';
@@ -32,15 +31,17 @@ void describe(const TerrainRaster& raster) {
     std::cout << "  not usable         " << raster.problem << '\n';
     return;
   }
-  const auto range = [](double a, double b, int decimals) { return fixed(a, decimals) + " to " + fixed(b, decimals); };
+  const auto range = [](double a, double b, int decimals) {
+    return fixed(a, decimals) + " to " + fixed(b, decimals);
+  };
   const auto usable = static_cast<std::int64_t>(raster.columns) * raster.rows - raster.voids;
   std::cout << "  format             " << raster.format << ", " << raster.dataType << '\n'
             << "  latitude           " << range(raster.south, raster.north, 6) << '\n'
             << "  longitude          " << range(raster.west, raster.east, 6) << '\n'
             << "  size               " << raster.columns << " x " << raster.rows << " cells"
             << (raster.postsOnCorners ? ", pixel is point" : ", pixel is area") << '\n'
-            << "  cell               " << significant(raster.cellWidth, 10) << " x " << significant(raster.cellHeight, 10) << ' '
-            << raster.cellUnit << '\n'
+            << "  cell               " << significant(raster.cellWidth, 10) << " x "
+            << significant(raster.cellHeight, 10) << ' ' << raster.cellUnit << '\n'
             << "  heights            "
             << (usable > 0 ? range(raster.lowest, raster.highest, 1) + " m" : std::string("none"))
             << (raster.heightUnit.empty() || raster.heightUnit == "metre" || raster.heightUnit == "m"
@@ -66,7 +67,8 @@ void showRasters(const std::vector<std::string>& paths) {
   std::cout.flush();
   if (problems == 1) throw CommandFailure(lastProblem + "; give a raster of heights that covers your path");
   if (problems > 1)
-    throw CommandFailure(std::to_string(problems) + " rasters cannot be used as terrain; the listing says why");
+    throw CommandFailure(std::to_string(problems) +
+                         " rasters cannot be used as terrain; the listing says why");
 }
 
 void setSource(int code, const std::vector<std::string>& paths) {
@@ -76,7 +78,8 @@ void setSource(int code, const std::vector<std::string>& paths) {
     if (!std::filesystem::exists(path, error))
       throw CommandFailure(path + ": no such file or folder; the source keeps what it had");
     if (path.find(';') != std::string::npos)
-      throw CommandFailure(path + ": a name with \";\" cannot be stored, since it separates the paths; rename it");
+      throw CommandFailure(path +
+                           ": a name with \";\" cannot be stored, since it separates the paths; rename it");
     absolute.push_back(std::filesystem::weakly_canonical(path).string());
   }
   setTerrainSource(code, absolute);

@@ -32,7 +32,8 @@ struct ParsedStation {
 // ("36-32-11.4 N", "36 32 11.4N", "36:32:11.4 N"). Heights are metres, or feet with "ft" behind them.
 ZEL_API ParsedStation parseStationText(std::string_view text);
 
-// "36-32-11.4 N" or "36.536500", as the setting Settings/CoordFormat ("DMS" or "DD") of the bound application says.
+// "36-32-11.4 N" or "36.536500", as the setting Settings/CoordFormat ("DMS" or "DD") of the bound application
+// says.
 ZEL_API std::string latitudeText(double degrees);
 ZEL_API std::string longitudeText(double degrees);
 

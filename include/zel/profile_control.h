@@ -1,14 +1,15 @@
 // The terrain profiler's one creatable class. A host needs nothing else:
 //
 //   zel::ProfileControl profiler;
-//   profiler.SetClientApp(application);                // settings are kept under its Title, the log in its Path
-//   profiler.ShowMainForm({36.30, -84.20, 30}, {36.40, -84.10, 30});
+//   profiler.SetClientApp(application);                // settings are kept under its Title, the log in its
+//   Path profiler.ShowMainForm({36.30, -84.20, 30}, {36.40, -84.10, 30});
 //
-// Every member may be called early-bound, as below, or by its name through Dispatch. The state behind the class is one
-// for the process: all ProfileControl objects see and change the same values, and there is one profile window and one
-// settings dialog. The class belongs to one thread, the one that made the first object that is alive; called from
-// another it throws AutomationError kWrongThread. A failure inside a member is shown, logged to zelErrorLog.txt in the
-// application's Path and not passed on: the member returns 0, False or nothing.
+// Every member may be called early-bound, as below, or by its name through Dispatch. The state behind the
+// class is one for the process: all ProfileControl objects see and change the same values, and there is one
+// profile window and one settings dialog. The class belongs to one thread, the one that made the first object
+// that is alive; called from another it throws AutomationError kWrongThread. A failure inside a member is
+// shown, logged to zelErrorLog.txt in the application's Path and not passed on: the member returns 0, False
+// or nothing.
 #ifndef ZEL_PROFILE_CONTROL_H_
 #define ZEL_PROFILE_CONTROL_H_
 
@@ -30,7 +31,8 @@ class ZEL_API _ProfileControl : public Dispatch {  // NOLINT(bugprone-reserved-i
   // Number of horizontal (elevation) reference lines.
   virtual std::int16_t get_ElevLines() = 0;
   virtual void let_ElevLines(std::int16_t vNewValue) = 0;
-  // Write the height profile, or the end-of-path loss table, as CSV. Nothing happens for a name under 5 characters.
+  // Write the height profile, or the end-of-path loss table, as CSV. Nothing happens for a name under 5
+  // characters.
   virtual void ExportDataToCSV(const std::string& outfile) = 0;
   virtual void ExportITMToCSV(const std::string& outfile) = 0;
   // Whether the settings dialog is loaded.
@@ -52,8 +54,8 @@ class ZEL_API _ProfileControl : public Dispatch {  // NOLINT(bugprone-reserved-i
   // Number of vertical (range) reference lines.
   virtual std::int16_t get_RangeLines() = 0;
   virtual void let_RangeLines(std::int16_t vNewValue) = 0;
-  // Binds the component to the host. Read by name when needed: Title, Path, ProductName, HelpFile, Major, Minor,
-  // Revision.
+  // Binds the component to the host. Read by name when needed: Title, Path, ProductName, HelpFile, Major,
+  // Minor, Revision.
   virtual void SetClientApp(const DispatchPtr& ClientApp) = 0;
   // Modeled (Longley-Rice) path loss between the stations in dB; 0 when it cannot be computed.
   virtual float GetPathLoss(const StationProfile_Type& Sta1, const StationProfile_Type& Sta2) = 0;

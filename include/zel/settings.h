@@ -1,4 +1,7 @@
 // The settings of the bound host application (those under its Title), as the component reads them.
+//
+// The functions belong to the thread of the ProfileControl objects. Without a bound host they use the
+// component's own application object, "zelProfiler01".
 #ifndef ZEL_SETTINGS_H_
 #define ZEL_SETTINGS_H_
 

@@ -11,7 +11,7 @@
 namespace zel {
 namespace {
 
-constexpr std::size_t kBytesPerMiB = 1024 * 1024;
+constexpr std::size_t kBytesPerMiB = std::size_t{1024} * 1024;
 
 Component* substitute = nullptr;
 

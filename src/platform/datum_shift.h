@@ -8,9 +8,9 @@
 namespace zel {
 
 struct DatumOperation {
-  std::string name;          // of the operation used, as the coordinate operation registry names it
-  double accuracy = -1;      // metres; negative when it is not known
-  bool usesGrid = false;     // a correction grid (centimetres) rather than a mean shift (metres)
+  std::string name;       // of the operation used, as the coordinate operation registry names it
+  double accuracy = -1;   // metres; negative when it is not known
+  bool usesGrid = false;  // a correction grid (centimetres) rather than a mean shift (metres)
 };
 
 class DatumShift {

@@ -1,5 +1,6 @@
-// Modal boxes. Without a graphical application a message is a line on standard error and is answered "continue" (Yes or
-// OK), an input box gives its default text and a save dialog is cancelled, so that windowless use never blocks.
+// Modal boxes. Without a graphical application a message is a line on standard error and is answered
+// "continue" (Yes or OK), an input box gives its default text and a save dialog is cancelled, so that
+// windowless use never blocks.
 #pragma once
 
 #include <optional>

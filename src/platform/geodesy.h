@@ -16,7 +16,8 @@ class Geodesy {
   virtual DistanceAzimuth DistanceAndBearing(GeoPoint from, GeoPoint to) const = 0;
   // The point reached from `from` after `distance` km along the geodesic that starts at `azimuth` degrees.
   virtual GeoPoint PointAtDistance(GeoPoint from, double distance, double azimuth) const = 0;
-  // The point `distance` km from `start` along the geodesic from `start` to `end`; outside 0 to its length too.
+  // The point `distance` km from `start` along the geodesic from `start` to `end`; outside 0 to its length
+  // too.
   virtual GeoPoint PointOnPath(GeoPoint start, GeoPoint end, double distance) const = 0;
 };
 

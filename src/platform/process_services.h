@@ -26,8 +26,8 @@ class EventLoop {
 
 // A moment of local time.
 struct LocalTime {
-  int year = 1970, month = 1, day = 1;        // 1 to 12, 1 to 31
-  int hour = 0, minute = 0, second = 0;       // 24 hours
+  int year = 1970, month = 1, day = 1;   // 1 to 12, 1 to 31
+  int hour = 0, minute = 0, second = 0;  // 24 hours
 };
 
 class Clock {
@@ -40,10 +40,11 @@ class ProcessControl {
  public:
   virtual ~ProcessControl() = default;
   virtual std::string moduleFileName() const = 0;  // full path of the program that loaded the component
-  virtual void endRun() = 0;                       // ends the process as a stop in the design environment does
+  virtual void endRun() = 0;  // ends the process as a stop in the design environment does
 };
 
-// Ends the process at once, with the reason on standard error (and in the error log, which the caller writes).
+// Ends the process at once, with the reason on standard error (and in the error log, which the caller
+// writes).
 class HardStop {
  public:
   virtual ~HardStop() = default;

@@ -17,8 +17,8 @@ class SettingsStore {
  public:
   virtual ~SettingsStore() = default;
   // The stored text, or the default when there is none. Throws RuntimeError when the store cannot be read.
-  virtual std::string ReadSetting(std::string_view application, std::string_view section, std::string_view key,
-                                  std::string_view defaultText) const = 0;
+  virtual std::string ReadSetting(std::string_view application, std::string_view section,
+                                  std::string_view key, std::string_view defaultText) const = 0;
   // Stores the text; when it returns, the text is on disk. Throws RuntimeError when it cannot be written.
   virtual void WriteSetting(std::string_view application, std::string_view section, std::string_view key,
                             std::string_view value) = 0;

@@ -25,28 +25,28 @@ enum SamplerStatus : int {
 
 // What a sampling was computed from, in words.
 struct SamplingReport {
-  int status = kSamplerOk;          // the sampler's own code, above
-  std::string reason;               // with a status: what, which source and file, where, and which tile would help
+  int status = kSamplerOk;  // the sampler's own code, above
+  std::string reason;       // with a status: what, which source and file, where, and which tile would help
   int sourceCode = 0;
-  std::string sourceName;           // "1 second"
-  bool bundledSample = false;       // the bundled sample terrain stands in for a source that is not set
-  std::vector<std::string> files;   // rasters that gave heights, in the order in which they were met
+  std::string sourceName;             // "1 second"
+  bool bundledSample = false;         // the bundled sample terrain stands in for a source that is not set
+  std::vector<std::string> files;     // rasters that gave heights, in the order in which they were met
   std::vector<std::string> warnings;  // rasters that could not be used, and why
-  std::string method;               // "FCC 4-Point" or "Bivariate  Interpolation"
-  std::int32_t voids = 0;           // samples without a height
-  bool datumShifted = false;        // positions were NAD-27
-  DatumOperation datumOperation;    // set with datumShifted
+  std::string method;                 // "FCC 4-Point" or "Bivariate  Interpolation"
+  std::int32_t voids = 0;             // samples without a height
+  bool datumShifted = false;          // positions were NAD-27
+  DatumOperation datumOperation;      // set with datumShifted
 };
 
-// The rasters behind the samplers: indexes, decoded blocks. One object is shared by the component. Safe from several
-// threads.
+// The rasters behind the samplers: indexes, decoded blocks. One object is shared by the component. Safe from
+// several threads.
 class TerrainData {
  public:
   virtual ~TerrainData() = default;
 };
 
-// Reads evenly spaced heights along the geodesic between two points. The calls before Sample may come in any order;
-// each sampling needs all of them.
+// Reads evenly spaced heights along the geodesic between two points. The calls before Sample may come in any
+// order; each sampling needs all of them.
 class TerrainSampler {
  public:
   virtual ~TerrainSampler() = default;
@@ -58,8 +58,8 @@ class TerrainSampler {
   virtual void SetSampleCount(std::int32_t count) = 0;
   virtual void SetSource(std::int16_t code) = 0;
   virtual void SetOptions(std::int32_t first, std::int32_t second) = 0;
-  // Fills the heights (metres, kVoidHeight for a void) from the back point to the forward point, ends included, and
-  // returns a status. With a status other than 0 the heights are not to be used.
+  // Fills the heights (metres, kVoidHeight for a void) from the back point to the forward point, ends
+  // included, and returns a status. With a status other than 0 the heights are not to be used.
   virtual int Sample(std::span<float> heights, std::int32_t& firstValue, std::int32_t& secondValue) = 0;
 
   // Of the last sampling.

@@ -18,8 +18,8 @@ using test::kStation2;
 
 class CApiTest : public test::ComponentFixture {
  protected:
-  CApiTest() { EXPECT_EQ(zelProfilerCreate(&profiler_), ZEL_OK) << zelProfilerLastError(); }
-  ~CApiTest() override { EXPECT_EQ(zelProfilerRelease(profiler_), ZEL_OK); }
+  void SetUp() override { ASSERT_EQ(zelProfilerCreate(&profiler_), ZEL_OK) << zelProfilerLastError(); }
+  void TearDown() override { EXPECT_EQ(zelProfilerRelease(profiler_), ZEL_OK); }
 
   zelObject* application() {
     const std::string path = folder_.path().string();

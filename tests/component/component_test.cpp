@@ -107,7 +107,7 @@ TEST_F(ComponentTest, MakesTheTerrainOnceWithTheCacheAndSourcesOfTheSettings) {
 }
 
 TEST_F(ComponentTest, ReadsTerrainAtTheShiftedPositionOnlyWhileTheHostsDatumIsNad27) {
-  const auto shift = std::make_shared<CountedShift>();
+  auto shift = std::make_shared<CountedShift>();
   ComponentServices services = this->services();
   services.bundledTerrain = std::string(ZEL_SOURCE_DIR) + "/data/terrain";
   services.makeDatumShift = [shift] { return shift; };
@@ -133,7 +133,7 @@ TEST_F(ComponentTest, ReadsTerrainAtTheShiftedPositionOnlyWhileTheHostsDatumIsNa
 }
 
 TEST_F(ComponentTest, ShiftsTerrainThatIsMadeAfterTheDatumWasSet) {
-  const auto shift = std::make_shared<CountedShift>();
+  auto shift = std::make_shared<CountedShift>();
   ComponentServices services = this->services();
   services.makeDatumShift = [shift] { return shift; };
   services.makeTerrain = [](TerrainLibrary::Definitions definitions, std::size_t cacheBytes) {

@@ -1,4 +1,5 @@
-// A graphical application for the tests that need one: made before the first test of the program, gone before its end.
+// A graphical application for the tests that need one: made before the first test of the program, gone before
+// its end.
 #pragma once
 
 #include <gtest/gtest.h>

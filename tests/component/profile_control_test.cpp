@@ -382,8 +382,8 @@ TEST_F(ProfileControlTest, GivesZeroForAPathLossThatFails) {
 TEST_F(ProfileControlTest, HandsTheFileNameToTheExports) {
   ProfileControl control;
   control.ExportDataToCSV("a.csv");
-  control.ExportITMToCSV("/tmp path/b.csv");
-  EXPECT_EQ(windows_->calls, (Journal{"export data a.csv", "export loss /tmp path/b.csv"}));
+  control.ExportITMToCSV("/my path/b.csv");
+  EXPECT_EQ(windows_->calls, (Journal{"export data a.csv", "export loss /my path/b.csv"}));
 }
 
 TEST_F(ProfileControlTest, ExportsNothingForANameUnder5Characters) {

@@ -45,7 +45,9 @@ TEST(FixedText, HasNoMinusBeforeAZero) {
   EXPECT_EQ(fixed(-0.0, 0), "0");
 }
 
-TEST(FixedText, IsEmptyForWhatIsNoNumber) { EXPECT_EQ(fixed(std::numeric_limits<double>::quiet_NaN(), 3), ""); }
+TEST(FixedText, IsEmptyForWhatIsNoNumber) {
+  EXPECT_EQ(fixed(std::numeric_limits<double>::quiet_NaN(), 3), "");
+}
 
 TEST(ShortestText, ReadsBackAsTheSameValue) {
   EXPECT_EQ(shortest(1.333), "1.333");
@@ -61,7 +63,8 @@ TEST_F(OutputFile, IsWrittenWholeAndLeavesNothingBesideIt) {
 
 TEST_F(OutputFile, KeepsWhatWasThereWhenTheContentCannotBeMade) {
   writeFile(file_, [](std::ostream& out) { out << "old"; });
-  EXPECT_THROW(writeFile(file_, [](std::ostream&) { throw std::runtime_error("no content"); }), std::runtime_error);
+  EXPECT_THROW(writeFile(file_, [](std::ostream&) { throw std::runtime_error("no content"); }),
+               std::runtime_error);
   EXPECT_EQ(read(file_), "old");
   EXPECT_EQ(filesInFolder(), 1U);
 }

@@ -39,10 +39,10 @@ TEST(HeightCleanup, NamesTheFirstImpossibleHeight) {
 
 TEST(HeightCleanup, DescribesAnImpossibleHeightWithItsPlaceWhenKnown) {
   EXPECT_EQ(describe({3, -300}, std::nullopt),
-            "The terrain height of sample 3 is -300 m, and no ground lies between -500 m and -100 m.");
+            "The terrain height of sample 3 is -300 m; heights from -500 m up to -100 m are not carried");
   EXPECT_EQ(describe({3, -300.5F}, GeoPoint{36.5, -84.25}),
-            "The terrain height of sample 3 at 36.5, -84.25 is -300.5 m, and no ground lies between -500 m "
-            "and -100 m.");
+            "The terrain height of sample 3 at 36.500000, -84.250000 is -300.5 m; heights from -500 m up to "
+            "-100 m are not carried");
 }
 
 TEST(HeightCleanup, KnowsAMissingHeightFromTheSea) {

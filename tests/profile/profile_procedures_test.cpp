@@ -255,14 +255,15 @@ TEST_F(ProfileProceduresTest, AnImpossibleHeightIsLoggedAndStopsTheProcess) {
     procedures.resampleTerrain(state);
     FAIL() << "nothing may go on";
   } catch (const test::HardStopped& stopped) {
-    EXPECT_STREQ(stopped.what(),
-                 "The terrain height of sample 3 at 36.5, -84.15 is -300 m, and no ground lies between -500 "
-                 "m and -100 m.");
+    EXPECT_STREQ(
+        stopped.what(),
+        "The terrain height of sample 3 at 36.500000, -84.150000 is -300 m; heights from -500 m up to "
+        "-100 m are not carried");
   }
   EXPECT_EQ(logged(),
-            "11/15/26 19:05:03 The terrain height of sample 3 at 36.5, -84.15 is -300 m, and no ground lies "
-            "between "
-            "-500 m and -100 m.\r\n");
+            "11/15/26 19:05:03 The terrain height of sample 3 at 36.500000, -84.150000 is -300 m; heights "
+            "from -500 m "
+            "up to -100 m are not carried\r\n");
   EXPECT_EQ(state.rawElevation[3], -300) << "the raw heights are kept before any change";
   EXPECT_EQ(state.elevation[1], 0) << "nothing is computed from such heights";
 }

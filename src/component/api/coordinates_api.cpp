@@ -9,14 +9,19 @@ ParsedStation parseStationText(std::string_view text) {
   const Parsed<StationText> parsed = parseStation(text);
   ParsedStation result;
   if (parsed.ok())
-    result.station = StationInput{{parsed.value.position.latitude, parsed.value.position.longitude}, parsed.value.height};
+    result.station =
+        StationInput{{parsed.value.position.latitude, parsed.value.position.longitude}, parsed.value.height};
   else
     result.error = parsed.text + " (column " + std::to_string(parsed.column) + ")";
   return result;
 }
 
-std::string latitudeText(double degrees) { return readyComponent().makeCoordinateFormatter()->LatitudeText(degrees); }
+std::string latitudeText(double degrees) {
+  return readyComponent().makeCoordinateFormatter()->LatitudeText(degrees);
+}
 
-std::string longitudeText(double degrees) { return readyComponent().makeCoordinateFormatter()->LongitudeText(degrees); }
+std::string longitudeText(double degrees) {
+  return readyComponent().makeCoordinateFormatter()->LongitudeText(degrees);
+}
 
 }  // namespace zel

@@ -85,8 +85,8 @@ class ProfileComputation {
     if (!given) {
       const std::int16_t height = settings_.int16(setting, SettingsUser::kWindow);
       profile_.notes.push_back("no antenna height is given for the " + std::string(which) + ": " +
-                               std::to_string(height) + " m from the setting " + std::string(setting.section) + "/" +
-                               std::string(setting.key));
+                               std::to_string(height) + " m from the setting " +
+                               std::string(setting.section) + "/" + std::string(setting.key));
       return height;
     }
     if (!(*given >= 0 && *given <= kHighestAntenna))
@@ -94,8 +94,8 @@ class ProfileComputation {
                     " m; give 0 to 32767 m above ground"};
     const std::int16_t height = toInt16(*given);
     if (height != *given)
-      profile_.notes.push_back("the antenna height of the " + std::string(which) + ", " + generalNumber(*given) +
-                               " m, is used as " + std::to_string(height) +
+      profile_.notes.push_back("the antenna height of the " + std::string(which) + ", " +
+                               generalNumber(*given) + " m, is used as " + std::to_string(height) +
                                " m: heights are whole metres, halves rounded to even");
     return height;
   }
@@ -119,7 +119,8 @@ class ProfileComputation {
       return given ? *given : decimalValue(settings_.real32(setting, SettingsUser::kDialog));
     };
     profile_.k = checkedPositive(orSetting(request_.k, settings::kPrfCrv), "the effective-earth factor k");
-    profile_.frequencyMhz = checkedPositive(orSetting(request_.frequencyMhz, settings::kPrfFreq), "the frequency in MHz");
+    profile_.frequencyMhz =
+        checkedPositive(orSetting(request_.frequencyMhz, settings::kPrfFreq), "the frequency in MHz");
     profile_.wavelengthM = 300 / profile_.frequencyMhz;
   }
 
@@ -131,15 +132,17 @@ class ProfileComputation {
       throw Refusal{"the stations are only " + formatNumber(path.distance, "0.000") +
                     " km apart; a profile needs at least 0.2 km"};
     if (path.intervals < 1)
-      throw Refusal{"the settings Profile/Prf_Per and Profile/Prf_Max leave the path without points; set 10 to 99 "
-                    "points a kilometre and a maximum of 1000 to 5000"};
+      throw Refusal{
+          "the settings Profile/Prf_Per and Profile/Prf_Max leave the path without points; set 10 to 99 "
+          "points a kilometre and a maximum of 1000 to 5000"};
     profile_.distanceKm = path.distance;
     profile_.bearingDeg = path.azimuth;
     profile_.points = path.intervals + 1;
     profile_.spacingM = path.spacing * 1000;
     if (path.intervals == density.maxPoints && density.pointsPerKm * path.distance + 1 > density.maxPoints)
-      profile_.notes.push_back("the setting Profile/Prf_Max limits the path to " + std::to_string(path.intervals) +
-                               " intervals; at " + std::to_string(density.pointsPerKm) +
+      profile_.notes.push_back("the setting Profile/Prf_Max limits the path to " +
+                               std::to_string(path.intervals) + " intervals; at " +
+                               std::to_string(density.pointsPerKm) +
                                " points a kilometre (Profile/Prf_Per) there would be more");
   }
 
@@ -161,8 +164,7 @@ class ProfileComputation {
     const auto impossible = firstImpossibleHeight(SampleArray<float>(terrain_.heights));
     if (!impossible) return;
     const GeoPoint place = terrain_.positions[static_cast<std::size_t>(impossible->sample - 1)];
-    throw Refusal{describe(*impossible, place) +
-                  "; heights from -500 m up to -100 m are not carried, choose another path or other terrain"};
+    throw Refusal{describe(*impossible, place) + "; choose another path or other terrain"};
   }
 
   void evaluate() {
@@ -177,19 +179,21 @@ class ProfileComputation {
     if (exact.status == ExactProfileStatus::kVoidEnd || exact.status == ExactProfileStatus::kAllVoid)
       throw Refusal{"the terrain has no height under " +
                     std::string(exact.status == ExactProfileStatus::kAllVoid ? "the whole path"
-                                : exact.samples.front().ground              ? "the end"
-                                                                            : "the start") +
+                                : exact.samples.front().ground               ? "the end"
+                                                                             : "the start") +
                     ", so there is no line of sight; move the station or add terrain"};
     if (exact.status != ExactProfileStatus::kOk)
-      throw Refusal{"the path cannot be profiled with these inputs; see that heights, k and frequency are in range"};
+      throw Refusal{
+          "the path cannot be profiled with these inputs; see that heights, k and frequency are in range"};
     for (std::size_t i = 0; i < exact.samples.size(); ++i) addSample(exact.samples[i], terrain_.positions[i]);
     addStatistics();
-    profile_.freeSpaceDb = static_cast<double>(FreeSpaceLoss(static_cast<float>(profile_.frequencyMhz),
-                                                             static_cast<float>(profile_.distanceKm)));
+    profile_.freeSpaceDb = static_cast<double>(
+        FreeSpaceLoss(static_cast<float>(profile_.frequencyMhz), static_cast<float>(profile_.distanceKm)));
     profile_.verdict = publicVerdict(exact.verdict);
     if (exact.worst)
       profile_.worst = {exact.worst->distance, profile_.positions[exact.worst->sample],
-                        profile_.groundM[exact.worst->sample], exact.worst->clearance, exact.worst->fraction * 100};
+                        profile_.groundM[exact.worst->sample], exact.worst->clearance,
+                        exact.worst->fraction * 100};
     if (exact.voids > 0)
       profile_.notes.push_back(std::to_string(exact.voids) +
                                " samples have no height; they are left out of statistics and clearance");

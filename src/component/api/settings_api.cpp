@@ -58,8 +58,9 @@ auto accessing(Access&& access) {
   try {
     return access(readyComponent());
   } catch (const RuntimeError& error) {
-    throw SettingsError("the settings in " + settingsFile() + " cannot be used: " + error.description() + " (error " +
-                        std::to_string(error.number()) + "); see that the file and its folder may be read and written");
+    throw SettingsError("the settings in " + settingsFile() + " cannot be used: " + error.description() +
+                        " (error " + std::to_string(error.number()) +
+                        "); see that the file and its folder may be read and written");
   }
 }
 
@@ -102,7 +103,8 @@ std::vector<SettingValue> storedSettings() {
   });
 }
 
-std::optional<std::string> settingProblem(std::string_view section, std::string_view key, std::string_view value) {
+std::optional<std::string> settingProblem(std::string_view section, std::string_view key,
+                                          std::string_view value) {
   const Setting* setting = findSetting(section, key);
   if (setting == nullptr) return std::nullopt;
   std::string problem = settingProblem(*setting, value);

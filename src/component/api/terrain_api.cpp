@@ -14,7 +14,8 @@ namespace zel {
 
 static_assert(kTerrainVoid == kVoidHeight);
 
-SampledTerrain sampleTerrain(Position from, Position to, std::int32_t points, std::int32_t method, int source) {
+SampledTerrain sampleTerrain(Position from, Position to, std::int32_t points, std::int32_t method,
+                             int source) {
   Component& component = readyComponent();
   SampleRequest request;
   request.from = {from.latitude, from.longitude};
@@ -51,11 +52,13 @@ std::vector<TerrainSource> terrainSources() {
 void setTerrainSource(int code, const std::vector<std::string>& paths) {
   const Setting* setting = terrainSourceSetting(code);
   if (setting == nullptr)
-    throw SettingsError("there is no terrain source " + std::to_string(code) + "; the codes are 1, 2, 3, 7 and 9");
+    throw SettingsError("there is no terrain source " + std::to_string(code) +
+                        "; the codes are 1, 2, 3, 7 and 9");
   std::string joined;
   for (const std::string& path : paths) {
     if (path.empty() || path.find(';') != std::string::npos)
-      throw SettingsError("\"" + path + "\" cannot be a terrain path: it is empty or has a \";\", which separates paths");
+      throw SettingsError("\"" + path +
+                          "\" cannot be a terrain path: it is empty or has a \";\", which separates paths");
     joined += (joined.empty() ? "" : ";") + path;
   }
   storeSetting(setting->section, setting->key, joined);

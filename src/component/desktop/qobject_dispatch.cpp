@@ -151,6 +151,7 @@ class QObjectDispatch final : public Dispatch {
   std::vector<QByteArray> propertyNames() const {
     std::vector<QByteArray> names;
     const QMetaObject* meta = object().metaObject();
+    names.reserve(static_cast<std::size_t>(meta->propertyCount()));
     for (int i = 0; i < meta->propertyCount(); ++i) names.emplace_back(meta->property(i).name());
     for (const QByteArray& name : object().dynamicPropertyNames()) names.push_back(name);
     return names;

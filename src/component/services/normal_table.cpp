@@ -17,7 +17,7 @@ std::int64_t printedTail(int hundredths) {
 
 // The deviate for a probability of 1 % to 50 %. The larger z on a tie: the scan goes upward and takes equals.
 double deviateFor(int percent) {
-  const std::int64_t wanted = 100 * percent;
+  const std::int64_t wanted = std::int64_t{100} * percent;
   int best = 0;
   for (int hundredths = 0; hundredths <= 300; ++hundredths)
     if (std::llabs(printedTail(hundredths) - wanted) <= std::llabs(printedTail(best) - wanted))

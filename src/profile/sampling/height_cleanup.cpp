@@ -28,9 +28,11 @@ std::optional<ImpossibleHeight> firstImpossibleHeight(const SampleArray<float>& 
 
 std::string describe(const ImpossibleHeight& impossible, std::optional<GeoPoint> place) {
   std::string text = "The terrain height of sample " + std::to_string(impossible.sample);
-  if (place) text += " at " + generalNumber(place->latitude) + ", " + generalNumber(place->longitude);
+  if (place)
+    text += " at " + formatNumber(place->latitude, "0.000000") + ", " +
+            formatNumber(place->longitude, "0.000000");
   return text + " is " + generalNumber(impossible.height) +
-         " m, and no ground lies between -500 m and -100 m.";
+         " m; heights from -500 m up to -100 m are not carried";
 }
 
 }  // namespace zel

@@ -14,8 +14,8 @@
 namespace zel {
 
 inline constexpr float kLowestTakenHeight = -500.0F;  // metres; below it a sample counts as missing
-inline constexpr float kLowestPossibleHeight =
-    -100.0F;  // metres; between the two no ground is taken to exist
+// metres; a height between the two is taken for a fault of the data, not for ground
+inline constexpr float kLowestPossibleHeight = -100.0F;
 
 // Whether the sampler had no ground to give: a void, a height below -500 m, or no number.
 bool isMissingHeight(float rawHeight);
@@ -36,7 +36,8 @@ CleanedHeights cleanedHeights(SampleArray<float> raw);
 // Whether the component would halt on these raw heights. For callers that refuse such a path instead.
 std::optional<ImpossibleHeight> firstImpossibleHeight(const SampleArray<float>& raw);
 
-// A sentence naming the sample, its height and, when known, its place in decimal degrees.
+// A sentence without its full stop, naming the sample, its height and, when known, its place in decimal
+// degrees.
 std::string describe(const ImpossibleHeight& impossible, std::optional<GeoPoint> place);
 
 }  // namespace zel

@@ -24,8 +24,8 @@ int ExtentIndex::squareOf(GeoPoint position) {
 }
 
 GeoExtent ExtentIndex::areaOf(int square) {
-  const double south = square / kColumns - 90, west = square % kColumns - 180;
-  return {south, west, south + 1, west + 1};
+  const int south = square / kColumns - 90, west = square % kColumns - 180;
+  return {static_cast<double>(south), static_cast<double>(west), south + 1.0, west + 1.0};
 }
 
 void ExtentIndex::add(const GeoExtent& extent) {

@@ -43,8 +43,13 @@ HeightReader::HeightReader(const SourceIndex& index, BlockCache& cache, bool cub
 void HeightReader::read(std::span<const GeoPoint> positions, std::span<float> heights) {
   projected_.clear();
   for (std::size_t i = 0; i < positions.size();) {
-    i = readStretch(positions, heights, i);
-    if (i == positions.size()) break;
+    std::size_t next = readStretch(positions, heights, i);
+    if (next == i && moveStretch(positions, i)) next = readStretch(positions, heights, i);
+    if (next > i) {
+      remember(used_, *stretchFile_);
+      i = next;
+      continue;
+    }
     const float height = readOne(positions, i);
     const bool isVoid = std::isnan(height);
     heights[i] = isVoid ? kVoidHeight : height;
@@ -108,7 +113,6 @@ float HeightReader::readOne(std::span<const GeoPoint> positions, std::size_t i) 
     const double height = interpolate(*file, place, Edge::kRepeat);
     if (std::isnan(height)) continue;
     remember(used_, *file);
-    openStretch(*file, position, place);
     return static_cast<float>(height);
   }
   if (covered) return static_cast<float>(kVoid);
@@ -125,12 +129,35 @@ float HeightReader::readOne(std::span<const GeoPoint> positions, std::size_t i) 
   return static_cast<float>(kVoid);
 }
 
-void HeightReader::openStretch(const RasterFile& file, GeoPoint position, GridPlace place) {
+// Turns to the stretch around a position that lies outside the present one; false when there is none.
+bool HeightReader::moveStretch(std::span<const GeoPoint> positions, std::size_t i) {
+  if (!fast_ || !isPlace(positions[i]) || stretchHolds(positions[i])) return false;
+  for (const RasterFile* file : candidatesAt(positions[i])) {
+    const RasterPlacement& placement = file->placement();
+    const GridPlace place = placeIn(*file, positions, i);
+    if (!placement.grid.covers(place)) continue;
+    // The first file that covers the position serves it, but for its voids.
+    if (placement.transform || !placement.grid.alongMeridians() || !openStretch(*file, positions[i], place))
+      return false;
+    remember(asked_, *file);
+    return true;
+  }
+  return false;
+}
+
+bool HeightReader::stretchHolds(GeoPoint position) const {
+  const Stretch& s = stretch_;
+  if (!s.heights) return false;
+  const double column = s.columnAtZero + s.columnsPerDegree * position.longitude;
+  const double row = s.rowAtZero + s.rowsPerDegree * position.latitude;
+  return column > s.west && column < s.east && row > s.north && row < s.south;
+}
+
+bool HeightReader::openStretch(const RasterFile& file, GeoPoint position, GridPlace place) {
   stretch_.heights = nullptr;
   const GridGeometry& grid = file.placement().grid;
-  if (!fast_ || file.placement().transform || !grid.alongMeridians()) return;
   const double lastColumn = grid.columns() - 1, lastRow = grid.rows() - 1;
-  if (!(place.column > 0 && place.column < lastColumn && place.row > 0 && place.row < lastRow)) return;
+  if (!(place.column > 0 && place.column < lastColumn && place.row > 0 && place.row < lastRow)) return false;
   const auto postColumn = static_cast<std::int32_t>(place.column),
              postRow = static_cast<std::int32_t>(place.row);
   const BlockKey key = file.keyOf(postColumn, postRow);
@@ -180,7 +207,7 @@ void HeightReader::openStretch(const RasterFile& file, GeoPoint position, GridPl
     else if (bottom <= place.row)
       north = std::max(north, bottom);
     else
-      return;
+      return false;
   }
 
   stretch_.width = window.columns;
@@ -193,6 +220,8 @@ void HeightReader::openStretch(const RasterFile& file, GeoPoint position, GridPl
   stretch_.north = north - window.row;
   stretch_.south = south - window.row;
   stretch_.heights = stretchBlock_->heights.data();
+  stretchFile_ = &file;
+  return true;
 }
 
 // Where a position lies in a file; for a file with coordinates of its own, all positions are transformed at

@@ -57,7 +57,9 @@ class HeightReader {
   std::size_t runStretch(std::span<const GeoPoint> positions, std::span<float> heights,
                          std::size_t first) const;
   float readOne(std::span<const GeoPoint> positions, std::size_t i);
-  void openStretch(const RasterFile& file, GeoPoint position, GridPlace place);
+  bool moveStretch(std::span<const GeoPoint> positions, std::size_t i);
+  bool openStretch(const RasterFile& file, GeoPoint position, GridPlace place);
+  bool stretchHolds(GeoPoint position) const;
 
   GridPlace placeIn(const RasterFile& file, std::span<const GeoPoint> positions, std::size_t i);
   double interpolate(const RasterFile& file, GridPlace place, Edge edge);
@@ -94,6 +96,7 @@ class HeightReader {
   std::vector<const RasterFile*> neighbours_;
   std::vector<Projected> projected_;
   Stretch stretch_;
+  const RasterFile* stretchFile_ = nullptr;
   HeightBlockPtr stretchBlock_;
 };
 

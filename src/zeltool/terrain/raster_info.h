@@ -24,7 +24,9 @@ struct RasterInfo {
   std::string verticalDatum;             // the same
 };
 
-// Reads the whole raster, block by block: about 50 ms for a tile of 3601 x 3601. Never throws for a bad file.
+// Reads the whole raster, block by block: about 0.2 s for a tile of 3601 x 3601. Of a raster of more than two
+// thousand million cells, evenly chosen blocks are read, and range and voids are theirs. Never throws for a
+// bad file.
 RasterInfo describeRaster(const std::string& path);
 
 // The raster files that a path stands for: itself, or those of the folder (and its subfolders), sorted.

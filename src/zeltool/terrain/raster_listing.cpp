@@ -35,7 +35,8 @@ constexpr std::array<std::string_view, 58> kCompanions = {
 bool isCompanion(std::string_view name) {
   if (name.starts_with(".")) return true;
   const auto dot = name.rfind('.');
-  if (dot == name.npos) return equalIgnoringCase(name, "README") || equalIgnoringCase(name, "LICENSE");
+  if (dot == std::string_view::npos)
+    return equalIgnoringCase(name, "README") || equalIgnoringCase(name, "LICENSE");
   const std::string ending = lowerCase(name.substr(dot));
   return std::find(kCompanions.begin(), kCompanions.end(), ending) != kCompanions.end();
 }

@@ -47,8 +47,10 @@ void collectReferences(const CPLXMLNode* node, std::vector<Reference>& found) {
 
 // A plain path on this machine: no address, no connection text, no inline document.
 bool isPlainPath(std::string_view path) {
-  if (path.starts_with("/vsi")) return path.starts_with("/vsizip/") && path.find("/vsi", 1) == path.npos;
-  return !path.empty() && path.find(':') == path.npos && path.find('<') == path.npos;
+  if (path.starts_with("/vsi"))
+    return path.starts_with("/vsizip/") && path.find("/vsi", 1) == std::string_view::npos;
+  return !path.empty() && path.find(':') == std::string_view::npos &&
+         path.find('<') == std::string_view::npos;
 }
 
 class Inspection {

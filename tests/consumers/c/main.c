@@ -2,6 +2,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+
 #include "zel/c_api.h"
 
 static void require(int condition, const char* what) {

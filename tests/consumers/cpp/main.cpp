@@ -1,14 +1,14 @@
 // Drives the profiler early-bound and late-bound, with no toolkit of its own.
-#include "zel/automation.h"
-#include "zel/profile_control.h"
-#include "zel/terrain.h"
-
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "zel/automation.h"
+#include "zel/profile_control.h"
+#include "zel/terrain.h"
 
 namespace {
 
@@ -86,7 +86,8 @@ int main(int, char** argv) {
   require(loss == late, "both ways of calling give the same loss");
   profiler.UnloadMainForm();
 
-  const zel::SampledTerrain terrain = zel::sampleTerrain({sta1.Lat, sta1.Lon}, {sta2.Lat, sta2.Lon}, 11, 0, 3);
+  const zel::SampledTerrain terrain =
+      zel::sampleTerrain({sta1.Lat, sta1.Lon}, {sta2.Lat, sta2.Lon}, 11, 0, 3);
   require(terrain.status == 0 && terrain.elevations.size() == 11, "the installed sample terrain is found");
   require(terrain.provenance.bundledSample, "the sample terrain says that it stands in");
   std::cout << "consumer: loss " << loss << " dB\n";

@@ -285,7 +285,7 @@ TEST_F(HostileRasters, ManyBadFilesAreCountedNotListed) {
 }
 
 TEST_F(HostileRasters, NothingIsWrittenToStandardError) {
-  writeBytes(folder_ / "bad.tif", "II*\0garbage garbage garbage");
+  writeBytes(folder_ / "bad.tif", "II*garbage garbage garbage");
   writeBytes(folder_ / "bad.vrt", "<VRTDataset><bad");
   writeBytes(folder_ / "N50E010.hgt", "bad");
   testing::internal::CaptureStderr();

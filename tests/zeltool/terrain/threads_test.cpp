@@ -40,6 +40,7 @@ TEST(Threads, SeveralSampleAtOnce) {
       },
       std::size_t{3} << 20);
   std::vector<SampleRequest> requests;
+  requests.reserve(6);
   for (int i = 0; i < 5; ++i)
     requests.push_back({{50.1 + 0.1 * i, 10.1 + i}, {50.9, 11.7 + 0.1 * i}, 800, i % 2, 3, true});
   requests.push_back({{48.0, 9.2}, {48.5, 9.9}, 300, 0, 9, true});

@@ -86,7 +86,7 @@ TEST(Voids, MaskedCellsAreVoids) {
     const GdalSession session;
     GDALDataset* file = GDALDataset::Open((folder / "a.tif").c_str(), GDAL_OF_RASTER | GDAL_OF_UPDATE);
     ASSERT_EQ(file->CreateMaskBand(GMF_PER_DATASET), CE_None);
-    std::vector<std::uint8_t> mask(100 * 100, 255);
+    std::vector<std::uint8_t> mask(std::size_t{100} * 100, 255);
     mask[50 * 100 + 50] = 0;
     ASSERT_EQ(file->GetRasterBand(1)->GetMaskBand()->RasterIO(GF_Write, 0, 0, 100, 100, mask.data(), 100, 100,
                                                               GDT_Byte, 0, 0, nullptr),
@@ -108,7 +108,7 @@ TEST(Voids, CellsThatWereNeverWrittenAreVoids) {
   {
     const GdalSession session;
     GDALDataset* file = GDALDataset::Open((folder / "a.tif").c_str(), GDAL_OF_RASTER | GDAL_OF_UPDATE);
-    std::vector<float> heights(16 * 16, 77);
+    std::vector<float> heights(std::size_t{16} * 16, 77);
     ASSERT_EQ(file->GetRasterBand(1)->RasterIO(GF_Write, 16, 16, 16, 16, heights.data(), 16, 16, GDT_Float32,
                                                0, 0, nullptr),
               CE_None);
