@@ -11,7 +11,8 @@ std::string stateFolder() {
   const char* state = std::getenv("XDG_STATE_HOME");
   if (state != nullptr && *state == '/') return std::string(state) + "/terrain-profiler";
   const char* home = std::getenv("HOME");
-  return std::string(home != nullptr && *home != '\0' ? home : "/tmp") + "/.local/state/terrain-profiler";
+  return home != nullptr && *home == '/' ? std::string(home) + "/.local/state/terrain-profiler"
+                                         : std::string();
 }
 
 std::unique_ptr<ProfileControl> bindComponent() {
@@ -25,7 +26,7 @@ std::unique_ptr<ProfileControl> bindComponent() {
     return std::int32_t{std::atoi(version.c_str() + begin)};
   };
   auto control = std::make_unique<ProfileControl>();
-  control->SetClientApp(makePropertyBag({{"Title", "Terrain Profiler"},
+  control->SetClientApp(makePropertyBag({{"Title", kApplicationTitle},
                                          {"Path", folder},
                                          {"ProductName", "Terrain Profiler"},
                                          {"HelpFile", ""},

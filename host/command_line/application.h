@@ -7,11 +7,13 @@
 
 namespace zel::host {
 
+inline constexpr const char* kApplicationTitle = "Terrain Profiler";
+
 // Binds the component to this program for as long as the result lives: settings under the title "Terrain
 // Profiler", the error log in the user's state folder.
 std::unique_ptr<ProfileControl> bindComponent();
 
-// ".../terrain-profiler" below $XDG_STATE_HOME or ~/.local/state.
+// ".../terrain-profiler" below $XDG_STATE_HOME or $HOME/.local/state; empty when neither is known.
 std::string stateFolder();
 
 }  // namespace zel::host

@@ -24,6 +24,8 @@ struct RunOptions {
   std::vector<std::string> terrain;
   std::vector<std::string> settings;
   std::string datum;
+  // Said after the command has done its work: a failure is one line.
+  std::vector<std::string> remarks;
 };
 
 void addRunOptions(CLI::App& program, RunOptions& options) {
@@ -39,7 +41,7 @@ void addRunOptions(CLI::App& program, RunOptions& options) {
       ->check(CLI::IsMember({"nad27", "nad83"}, CLI::ignore_case));
 }
 
-void applyRunOptions(const RunOptions& options, ProfileControl& component) {
+void applyRunOptions(RunOptions& options, ProfileControl& component) {
   for (const std::string& text : options.settings) {
     const std::size_t slash = text.find('/');
     const std::size_t equals = text.find('=');
@@ -53,10 +55,12 @@ void applyRunOptions(const RunOptions& options, ProfileControl& component) {
       section = known->section;
       key = known->key;
     } else {
-      note(section + "/" + key +
-           " is not a setting that the profiler reads; 'terrain-profiler settings list' shows those");
+      options.remarks.push_back(
+          section + "/" + key +
+          " is not a setting that the profiler reads; 'terrain-profiler settings list' shows those");
     }
-    if (const auto problem = settingProblem(section, key, value)) note("--set " + text + ": " + *problem);
+    if (const auto problem = settingProblem(section, key, value))
+      options.remarks.push_back("--set " + text + ": " + *problem);
     overrideSetting(section, key, value);
   }
   if (!options.terrain.empty()) useTerrainForThisRun(options.terrain);
@@ -91,6 +95,7 @@ int run(int argc, char** argv, ProfileControl& component) {
     program.parse(argc, argv);
     if (program.get_subcommands().empty())
       throw UsageError("a command is missing; 'terrain-profiler --help' shows the commands");
+    for (const std::string& remark : options.remarks) note(remark);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return program.exit(error);  // help and version
     note(std::string(error.what()) + "; 'terrain-profiler --help' shows how to call it");
@@ -103,6 +108,9 @@ int run(int argc, char** argv, ProfileControl& component) {
 
 int runCommandLine(int argc, char** argv) {
   try {
+    // Asked before anything is bound, so that an unusable store is told once and in one line.
+    if (const auto problem = settingsProblem(kApplicationTitle))
+      throw CommandFailure(*problem + "; see that the file and its folder may be read and written");
     const auto component = bindComponent();
     return run(argc, argv, *component);
   } catch (const UsageError& error) {

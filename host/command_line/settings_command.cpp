@@ -56,6 +56,11 @@ void setSetting(std::string text, std::string value, bool hasValue) {
   storeSetting(name.section, name.key, value);
 }
 
+std::string defaultRemark(const SettingDescription& setting) {
+  if (setting.otherDefault.empty()) return "default";
+  return "default, " + setting.otherDefault + " in " + setting.otherReader;
+}
+
 void listSettings() {
   std::map<std::pair<std::string, std::string>, SettingValue> stored;
   for (const SettingValue& value : storedSettings()) stored[{value.section, value.key}] = value;
@@ -65,7 +70,7 @@ void listSettings() {
     const bool isStored = found != stored.end();
     std::cout << setting.section << '/' << setting.key << '='
               << (isStored ? found->second.value : setting.defaultText) << "  # "
-              << (!isStored                  ? "default"
+              << (!isStored                  ? defaultRemark(setting)
                   : found->second.forThisRun ? "for this run"
                                              : "stored")
               << "; " << setting.meaning;

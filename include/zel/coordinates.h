@@ -34,6 +34,8 @@ ZEL_API ParsedStation parseStationText(std::string_view text);
 
 // "36-32-11.4 N" or "36.536500", as the setting Settings/CoordFormat ("DMS" or "DD") of the bound application
 // says.
+// Throw SettingsError when the setting cannot be read or the angle is no angle, AutomationError on a foreign
+// thread.
 ZEL_API std::string latitudeText(double degrees);
 ZEL_API std::string longitudeText(double degrees);
 

@@ -87,7 +87,8 @@ struct PathProfile {
   std::vector<std::string> notes;  // defaults taken, roundings and clampings made, voids, in words
 };
 
-// Never throws for bad input: the status and the error say what was wrong. May throw SettingsError.
+// Never throws for bad input: the status and the error say what was wrong. Throws SettingsError
+// (zel/settings.h) when the settings cannot be read.
 ZEL_API PathProfile computePathProfile(const PathProfileRequest& request);
 
 }  // namespace zel

@@ -15,7 +15,9 @@
 
 namespace zel {
 
-// What the functions below throw: the store cannot be read or written; the text says which file and why.
+// What the functions below throw: the store cannot be read or written, or the host's application object
+// fails; the text says which file and why. On another thread than the component's they throw AutomationError
+// kWrongThread.
 class ZEL_API SettingsError : public std::runtime_error {
  public:
   explicit SettingsError(const std::string& what);
@@ -26,10 +28,12 @@ class ZEL_API SettingsError : public std::runtime_error {
 struct SettingDescription {
   std::string section;
   std::string key;
-  std::string type;         // "16-bit integer", "text", ...
-  std::string defaultText;  // what is used while nothing is stored
-  std::string unit;         // empty when it has none
-  std::string range;        // valid values, for a person to read
+  std::string type;          // "16-bit integer", "text", ...
+  std::string defaultText;   // what is used while nothing is stored
+  std::string otherDefault;  // the same for one reader that differs on purpose; empty without one
+  std::string otherReader;   // that reader, in words
+  std::string unit;          // empty when it has none
+  std::string range;         // valid values, for a person to read
   std::string meaning;
 };
 
@@ -45,6 +49,8 @@ ZEL_API std::vector<SettingDescription> knownSettings();
 // The known setting of that name, sections and keys compared without regard to case.
 ZEL_API std::optional<SettingDescription> knownSetting(std::string_view section, std::string_view key);
 
+// Names of known settings are taken in any case, other names as they are written.
+
 // The value for this run or the stored one; nothing when there is neither.
 ZEL_API std::optional<std::string> storedSetting(std::string_view section, std::string_view key);
 // Everything stored or set for this run.
@@ -56,6 +62,9 @@ ZEL_API std::optional<std::string> settingProblem(std::string_view section, std:
 ZEL_API void storeSetting(std::string_view section, std::string_view key, std::string_view value);
 // From here on, and in this process only, the value stands in the place of the stored one.
 ZEL_API void overrideSetting(std::string_view section, std::string_view key, std::string_view value);
+// Why the settings of an application of that title cannot be read; nothing when they can. Needs no bound
+// host, so that a host may ask before it binds itself.
+ZEL_API std::optional<std::string> settingsProblem(std::string_view title);
 // The file that holds the bound application's settings.
 ZEL_API std::string settingsFile();
 

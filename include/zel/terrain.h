@@ -50,7 +50,8 @@ struct SampledTerrain {
 };
 
 // Samples `points` heights evenly along the WGS 84 geodesic, both ends included. `method` is 0 or 1 as
-// CalcMethod; `source` one of the codes. Never throws for bad terrain.
+// CalcMethod; `source` one of the codes. Never throws for bad terrain; throws SettingsError (zel/settings.h)
+// when the settings that name the terrain cannot be read.
 ZEL_API SampledTerrain sampleTerrain(Position from, Position to, std::int32_t points, std::int32_t method,
                                      int source);
 

@@ -59,9 +59,6 @@ class ProfileComputation {
       evaluate();
     } catch (const Refusal& refusal) {
       fail(refusal.status, refusal.reason);
-    } catch (const RuntimeError& error) {
-      fail(kRequestRefused, error.description() + " (error " + std::to_string(error.number()) +
-                                "); see 'settings list' for a setting out of its range");
     }
     return std::move(profile_);
   }
@@ -78,15 +75,35 @@ class ProfileComputation {
       throw Refusal{std::string("the ") + which + " is not on the earth: latitude " +
                     std::to_string(position.latitude) + ", longitude " + std::to_string(position.longitude) +
                     "; give degrees"};
-    return {position.latitude, position.longitude};
+    // Longitudes go on past 180 degrees on some maps.
+    return {position.latitude, std::remainder(position.longitude, 360.0)};
+  }
+
+  static std::string nameOf(const Setting& setting) {
+    return std::string(setting.section) + "/" + std::string(setting.key);
+  }
+
+  // A number of the settings; one that does not fit its type is refused by name.
+  template <typename Read>
+  auto number(const Setting& setting, Read&& read) const {
+    try {
+      return read();
+    } catch (const RuntimeError& error) {
+      if (error.number() != RuntimeError::overflow().number()) throw;
+      throw Refusal{"the setting " + nameOf(setting) + " is too large a number: " +
+                    settingProblem(setting, settings_.text(setting, SettingsUser::kCalculation))};
+    }
   }
 
   std::int16_t antennaHeight(const std::optional<double>& given, const Setting& setting, const char* which) {
     if (!given) {
-      const std::int16_t height = settings_.int16(setting, SettingsUser::kWindow);
+      const std::int16_t height =
+          number(setting, [&] { return settings_.int16(setting, SettingsUser::kWindow); });
+      if (height < 0)
+        throw Refusal{"the setting " + nameOf(setting) + " is " + std::to_string(height) +
+                      " m; set an antenna height of 1 to 750 m"};
       profile_.notes.push_back("no antenna height is given for the " + std::string(which) + ": " +
-                               std::to_string(height) + " m from the setting " +
-                               std::string(setting.section) + "/" + std::string(setting.key));
+                               std::to_string(height) + " m from the setting " + nameOf(setting));
       return height;
     }
     if (!(*given >= 0 && *given <= kHighestAntenna))
@@ -104,9 +121,21 @@ class ProfileComputation {
     return std::isfinite(value) ? generalNumber(value) : std::string("not a number");
   }
 
-  static double checkedPositive(double value, const std::string& what) {
-    if (!(std::isfinite(value) && value > 0))
-      throw Refusal{what + " is " + generalNumberOrText(value) + "; give a number above 0"};
+  // The given number or the setting's, above 0 and within what 32-bit floats carry through every formula.
+  double positive(const std::optional<double>& given, const Setting& setting, const std::string& what,
+                  const std::string& unit) {
+    constexpr double kHighest = 1e6;
+    double value = 0;
+    if (given) {
+      value = *given;
+    } else {
+      value = decimalValue(number(setting, [&] { return settings_.real32(setting, SettingsUser::kDialog); }));
+      profile_.notes.push_back("the " + what + " is not given: " + generalNumber(value) + unit +
+                               " from the setting " + nameOf(setting));
+    }
+    if (!(value > 0 && value <= kHighest))
+      throw Refusal{"the " + what + " is " + generalNumberOrText(value) + unit +
+                    "; give a number above 0, at most " + generalNumber(kHighest)};
     return value;
   }
 
@@ -115,26 +144,36 @@ class ProfileComputation {
     end_ = checkedPosition(request_.to, "end");
     profile_.startHeightM = antennaHeight(request_.fromHeight, settings::kPrfHtL, "start");
     profile_.endHeightM = antennaHeight(request_.toHeight, settings::kPrfHtR, "end");
-    const auto orSetting = [this](const std::optional<double>& given, const Setting& setting) {
-      return given ? *given : decimalValue(settings_.real32(setting, SettingsUser::kDialog));
-    };
-    profile_.k = checkedPositive(orSetting(request_.k, settings::kPrfCrv), "the effective-earth factor k");
-    profile_.frequencyMhz =
-        checkedPositive(orSetting(request_.frequencyMhz, settings::kPrfFreq), "the frequency in MHz");
+    profile_.k = positive(request_.k, settings::kPrfCrv, "effective-earth factor k", "");
+    profile_.frequencyMhz = positive(request_.frequencyMhz, settings::kPrfFreq, "frequency", " MHz");
     profile_.wavelengthM = 300 / profile_.frequencyMhz;
   }
 
+  PathGeometry laidOut(const CalculationSettings& density) const {
+    try {
+      return computePathGeometry(component_.geodesy(), start_, end_, density.pointsPerKm, density.maxPoints);
+    } catch (const RuntimeError& error) {
+      throw Refusal{"the path cannot be laid out with " + std::to_string(density.pointsPerKm) +
+                    " points a kilometre (" + nameOf(settings::kPrfPer) + ") and at most " +
+                    std::to_string(density.maxPoints) + " (" + nameOf(settings::kPrfMax) +
+                    "): " + error.description()};
+    }
+  }
+
   void layOut() {
-    const CalculationSettings density = readCalculationSettings(settings_);
-    const PathGeometry path =
-        computePathGeometry(component_.geodesy(), start_, end_, density.pointsPerKm, density.maxPoints);
+    const CalculationSettings density{
+        number(settings::kPrfPer,
+               [this] { return settings_.int16(settings::kPrfPer, SettingsUser::kCalculation); }),
+        number(settings::kPrfMax,
+               [this] { return settings_.int16(settings::kPrfMax, SettingsUser::kCalculation); })};
+    if (density.pointsPerKm < 1 || density.maxPoints < 1)
+      throw Refusal{
+          "the settings " + nameOf(settings::kPrfPer) + " and " + nameOf(settings::kPrfMax) +
+          " leave the path without points; set 10 to 99 points a kilometre and a maximum of 1000 to 5000"};
+    const PathGeometry path = laidOut(density);
     if (path.underRange)
       throw Refusal{"the stations are only " + formatNumber(path.distance, "0.000") +
                     " km apart; a profile needs at least 0.2 km"};
-    if (path.intervals < 1)
-      throw Refusal{
-          "the settings Profile/Prf_Per and Profile/Prf_Max leave the path without points; set 10 to 99 "
-          "points a kilometre and a maximum of 1000 to 5000"};
     profile_.distanceKm = path.distance;
     profile_.bearingDeg = path.azimuth;
     profile_.points = path.intervals + 1;
@@ -151,8 +190,11 @@ class ProfileComputation {
     request.from = start_;
     request.to = end_;
     request.count = profile_.points;
-    request.method = repairedChoice(settings_.int32(settings::kCalcMethod, SettingsUser::kWindow));
-    request.source = repairedSource(settings_.int16(settings::kPrfTRes, SettingsUser::kWindow));
+    request.method = repairedChoice(number(settings::kCalcMethod, [this] {
+      return settings_.int32(settings::kCalcMethod, SettingsUser::kWindow);
+    }));
+    request.source = repairedSource(number(
+        settings::kPrfTRes, [this] { return settings_.int16(settings::kPrfTRes, SettingsUser::kWindow); }));
     terrain_ = component_.terrain()->sample(request);
     if (terrain_.report.status != kSamplerOk) throw Refusal{terrain_.report.reason, terrain_.report.status};
     profile_.terrain = terrainProvenance(terrain_.report, component_.state());
@@ -252,7 +294,7 @@ const char* verdictText(PathVerdict verdict) {
 }
 
 PathProfile computePathProfile(const PathProfileRequest& request) {
-  return ProfileComputation(readyComponent(), request).run();
+  return accessing([&](Component& component) { return ProfileComputation(component, request).run(); });
 }
 
 }  // namespace zel

@@ -1,7 +1,8 @@
 // Public settings functions over the component's store, under the bound application's title.
+#include <utility>
+
 #include "component/api/ready_component.h"
 #include "foundation/number_text.h"
-#include "foundation/runtime_error.h"
 #include "profile/settings/settings_table.h"
 #include "zel/settings.h"
 
@@ -40,31 +41,42 @@ std::string rangeText(const Setting& setting) {
   return generalNumber(setting.range->low) + " to " + generalNumber(setting.range->high);
 }
 
+std::string readerName(SettingsUser reader) {
+  return reader == SettingsUser::kDialog ? "the settings dialog" : "the loss without a window";
+}
+
 SettingDescription described(const Setting& setting) {
   SettingDescription description;
   description.section = setting.section;
   description.key = setting.key;
   description.type = typeName(setting.type);
   description.defaultText = setting.defaultText;
+  if (setting.otherDefault) {
+    description.otherDefault = setting.otherDefault->text;
+    description.otherReader = readerName(setting.otherDefault->reader);
+  }
   description.unit = setting.unit;
   description.range = rangeText(setting);
   description.meaning = setting.meaning;
   return description;
 }
 
-// Runs an access to the store and turns its failure into the public one.
-template <typename Access>
-auto accessing(Access&& access) {
-  try {
-    return access(readyComponent());
-  } catch (const RuntimeError& error) {
-    throw SettingsError("the settings in " + settingsFile() + " cannot be used: " + error.description() +
-                        " (error " + std::to_string(error.number()) +
-                        "); see that the file and its folder may be read and written");
-  }
+// The table's spelling of a known setting's name, or the name as it is.
+std::pair<std::string, std::string> properName(std::string_view section, std::string_view key) {
+  const Setting* known = findSetting(section, key);
+  if (known == nullptr) return {std::string(section), std::string(key)};
+  return {std::string(known->section), std::string(known->key)};
 }
 
 }  // namespace
+
+std::string settingsPlace(Component& component) noexcept {
+  try {
+    return component.settingsFile(component.host().clientTitle());
+  } catch (...) {
+    return {};
+  }
+}
 
 SettingsError::SettingsError(const std::string& what) : std::runtime_error(what) {}
 SettingsError::~SettingsError() = default;
@@ -82,22 +94,20 @@ std::optional<SettingDescription> knownSetting(std::string_view section, std::st
 }
 
 std::optional<std::string> storedSetting(std::string_view section, std::string_view key) {
+  const auto name = properName(section, key);
   for (SettingValue& value : storedSettings())
-    if (value.section == section && value.key == key) return std::move(value.value);
+    if (value.section == name.first && value.key == name.second) return std::move(value.value);
   return std::nullopt;
 }
 
 std::vector<SettingValue> storedSettings() {
   return accessing([](Component& component) {
     const std::string title = component.host().clientTitle();
-    const std::vector<StoredSetting> stored = component.storedSettings().AllSettings(title);
     std::vector<SettingValue> values;
-    for (const StoredSetting& effective : component.settings().AllSettings(title)) {
-      bool fromStore = false;
-      for (const StoredSetting& candidate : stored)
-        fromStore = fromStore || (candidate.section == effective.section && candidate.key == effective.key &&
-                                  candidate.value == effective.value);
-      values.push_back({effective.section, effective.key, effective.value, !fromStore});
+    for (StoredSetting& setting : component.settings().AllSettings(title)) {
+      const bool forThisRun = component.settings().isOverlaid(setting.section, setting.key);
+      values.push_back(
+          {std::move(setting.section), std::move(setting.key), std::move(setting.value), forThisRun});
     }
     return values;
   });
@@ -109,12 +119,12 @@ std::optional<std::string> settingProblem(std::string_view section, std::string_
   if (setting == nullptr) return std::nullopt;
   std::string problem = settingProblem(*setting, value);
   if (problem.empty()) return std::nullopt;
-  if (problem.back() == '.') problem.pop_back();
   return problem;
 }
 
 void storeSetting(std::string_view section, std::string_view key, std::string_view value) {
-  accessing([&](Component& component) { component.host().WriteSetting(section, key, value); });
+  const auto name = properName(section, key);
+  accessing([&](Component& component) { component.host().WriteSetting(name.first, name.second, value); });
 }
 
 void overrideSetting(std::string_view section, std::string_view key, std::string_view value) {
@@ -122,8 +132,18 @@ void overrideSetting(std::string_view section, std::string_view key, std::string
 }
 
 std::string settingsFile() {
-  Component& component = readyComponent();
-  return component.settingsFile(component.host().clientTitle());
+  return accessing(
+      [](Component& component) { return component.settingsFile(component.host().clientTitle()); });
+}
+
+std::optional<std::string> settingsProblem(std::string_view title) {
+  try {
+    static_cast<void>(Component::instance().storedSettings().AllSettings(title));
+    return std::nullopt;
+  } catch (...) {
+    const std::string file = Component::instance().settingsFile(std::string(title));
+    return "the settings in " + file + " cannot be used: " + currentError().description;
+  }
 }
 
 }  // namespace zel

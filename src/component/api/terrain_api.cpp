@@ -14,9 +14,10 @@ namespace zel {
 
 static_assert(kTerrainVoid == kVoidHeight);
 
-SampledTerrain sampleTerrain(Position from, Position to, std::int32_t points, std::int32_t method,
-                             int source) {
-  Component& component = readyComponent();
+namespace {
+
+SampledTerrain sampled(Component& component, Position from, Position to, std::int32_t points,
+                       std::int32_t method, int source) {
   SampleRequest request;
   request.from = {from.latitude, from.longitude};
   request.to = {to.latitude, to.longitude};
@@ -25,28 +26,37 @@ SampledTerrain sampleTerrain(Position from, Position to, std::int32_t points, st
   request.source = source;
   SampleResult result = component.terrain()->sample(request);
 
-  SampledTerrain sampled;
-  sampled.status = result.report.status;
-  sampled.error = result.report.reason;
-  sampled.provenance = terrainProvenance(result.report, component.state());
-  if (sampled.status != kSamplerOk) return sampled;
-  sampled.distanceKm = result.length;
-  sampled.elevations = std::move(result.heights);
-  for (std::size_t i = 0; i < sampled.elevations.size(); ++i) {
-    sampled.distancesKm.push_back(result.length * static_cast<double>(i) / (points - 1));
-    sampled.positions.push_back({result.positions[i].latitude, result.positions[i].longitude});
+  SampledTerrain terrain;
+  terrain.status = result.report.status;
+  terrain.error = result.report.reason;
+  terrain.provenance = terrainProvenance(result.report, component.state());
+  if (terrain.status != kSamplerOk) return terrain;
+  terrain.distanceKm = result.length;
+  terrain.elevations = std::move(result.heights);
+  for (std::size_t i = 0; i < terrain.elevations.size(); ++i) {
+    terrain.distancesKm.push_back(result.length * static_cast<double>(i) / (points - 1));
+    terrain.positions.push_back({result.positions[i].latitude, result.positions[i].longitude});
   }
-  return sampled;
+  return terrain;
+}
+
+}  // namespace
+
+SampledTerrain sampleTerrain(Position from, Position to, std::int32_t points, std::int32_t method,
+                             int source) {
+  return accessing(
+      [&](Component& component) { return sampled(component, from, to, points, method, source); });
 }
 
 std::vector<TerrainSource> terrainSources() {
-  Component& component = readyComponent();
-  std::vector<TerrainSource> sources;
-  for (const int code : kTerrainSourceCodes) {
-    SourceDefinition definition = component.terrainSources().definition(code);
-    sources.push_back({code, definition.name, std::move(definition.paths), definition.bundledSample});
-  }
-  return sources;
+  return accessing([](Component& component) {
+    std::vector<TerrainSource> sources;
+    for (const int code : kTerrainSourceCodes) {
+      SourceDefinition definition = component.terrainSources().definition(code);
+      sources.push_back({code, definition.name, std::move(definition.paths), definition.bundledSample});
+    }
+    return sources;
+  });
 }
 
 void setTerrainSource(int code, const std::vector<std::string>& paths) {

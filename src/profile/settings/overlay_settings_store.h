@@ -6,6 +6,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,6 +22,8 @@ class OverlaySettingsStore : public SettingsStore {
 
   // A name of the settings table is taken in any case, any other name as it is written.
   void overlay(std::string_view section, std::string_view key, std::string_view value);
+  // Whether the overlay holds this very name.
+  bool isOverlaid(std::string_view section, std::string_view key) const;
 
   std::string ReadSetting(std::string_view application, std::string_view section, std::string_view key,
                           std::string_view defaultText) const override;
@@ -30,8 +33,13 @@ class OverlaySettingsStore : public SettingsStore {
   std::vector<StoredSetting> AllSettings(std::string_view application) const override;
 
  private:
+  using Values = std::map<std::pair<std::string, std::string>, std::string>;
+
+  Values values() const;
+
   SettingsStore& stored_;
-  std::map<std::pair<std::string, std::string>, std::string> values_;  // by section and key
+  mutable std::mutex mutex_;  // guards values_
+  Values values_;             // by section and key
 };
 
 }  // namespace zel

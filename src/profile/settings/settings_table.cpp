@@ -100,7 +100,7 @@ std::string settingProblem(const Setting& setting, std::string_view text) {
   const bool valid = choices.empty() ? isNumberOf(setting, text) : isAmong(choices, trimmed(text));
   if (valid) return {};
   return std::string(setting.section) + "/" + std::string(setting.key) + " takes " +
-         expectation(setting, choices) + "; \"" + std::string(text) + "\" is not.";
+         expectation(setting, choices) + ", not \"" + std::string(text) + "\"";
 }
 
 }  // namespace zel

@@ -279,7 +279,7 @@ const Setting* findSetting(std::string_view section, std::string_view key);
 // The setting with the files of a terrain source; null for a code other than 1, 2, 3, 7 and 9.
 const Setting* terrainSourceSetting(int code);
 
-// Why the text is no valid value of the setting, as a sentence; empty when it is one.
+// Why the text is no valid value of the setting, as a sentence without its full stop; empty when it is one.
 std::string settingProblem(const Setting& setting, std::string_view text);
 
 }  // namespace zel

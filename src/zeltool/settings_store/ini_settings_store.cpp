@@ -1,16 +1,12 @@
 #include "zeltool/settings_store/ini_settings_store.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
-#include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <utility>
 
+#include "foundation/home_folder.h"
 #include "foundation/runtime_error.h"
 #include "zeltool/settings_store/ini_document.h"
 #include "zeltool/settings_store/settings_files.h"
@@ -79,16 +75,6 @@ std::string damageText(const std::string& file, const IniDocument& document) {
   return "The settings file " + file + " is damaged: " + plural(damage.lines, "line") +
          " could not be read, the first is line " + std::to_string(damage.firstLine) + " (" +
          damage.firstReason + ").";
-}
-
-std::filesystem::path homeFolder() {
-  if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/') return home;
-  std::array<char, 4096> buffer;
-  passwd entry{};
-  passwd* found = nullptr;
-  if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr)
-    return found->pw_dir;
-  return {};
 }
 
 }  // namespace
@@ -193,12 +179,8 @@ IniSettingsStore::IniSettingsStore(std::filesystem::path folder, Reporter report
 IniSettingsStore::~IniSettingsStore() = default;
 
 std::filesystem::path IniSettingsStore::defaultFolder() {
-  constexpr std::string_view kFolderName = "zelprofiler";
-  // The convention asks for an absolute path and has others ignored.
-  if (const char* config = std::getenv("XDG_CONFIG_HOME"); config != nullptr && *config == '/')
-    return std::filesystem::path(config) / kFolderName;
-  const std::filesystem::path home = homeFolder();
-  return home.empty() ? home : home / ".config" / kFolderName;
+  const std::filesystem::path config = userFolder("XDG_CONFIG_HOME", ".config");
+  return config.empty() ? config : config / "zelprofiler";
 }
 
 std::filesystem::path IniSettingsStore::fileOf(std::string_view application) const {
