@@ -20,6 +20,10 @@ namespace zel {
 namespace {
 
 constexpr std::int32_t kMostColumns = 1 << 23;  // a third of an arc-second around the earth is half of that
+constexpr std::int64_t kWindow = 512;           // cells that are read at once, each way
+// Bytes that a window may make the file's own blocks decode: a raster kept in whole rows has to decode them
+// all.
+constexpr std::int64_t kCostliestWindow = 512LL << 20;
 constexpr std::int64_t kLargestOwnBlock = 256LL
                                           << 20;  // bytes that the file's own format makes one read at once
 constexpr double kReach = 2;                      // cells
@@ -154,6 +158,9 @@ std::string OpenRaster::refusal() const {
       std::int64_t{blockColumns} * blockRows > kLargestOwnBlock / std::max(GDALGetDataTypeSizeBytes(type), 1))
     return "its cells come in blocks of " + std::to_string(blockColumns) + " x " + std::to_string(blockRows) +
            ", too large to read; save it in tiles";
+  if (std::max<std::int64_t>(blockColumns, kWindow) * std::max<std::int64_t>(blockRows, kWindow) >
+      kCostliestWindow / std::max(GDALGetDataTypeSizeBytes(type), 1))
+    return "its rows of " + std::to_string(blockColumns) + " cells are too long to read; save it in tiles";
   if (type == GDT_Unknown) return "its cells are of an unknown type";
   if (GDALDataTypeIsComplex(type)) return "its cells are complex numbers, not heights";
   if (band_->GetColorTable() || band_->GetColorInterpretation() == GCI_PaletteIndex)

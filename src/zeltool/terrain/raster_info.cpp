@@ -86,14 +86,16 @@ std::string cellUnitOf(const OGRSpatialReference* crs) {
   return name ? name : kUnknown;
 }
 
+// Row by row of windows, since many files keep whole rows; of a larger raster, evenly chosen ones.
 void measureHeights(const OpenRaster& raster, RasterInfo& info) {
   const std::int64_t across = (std::int64_t{info.columns} + kStep - 1) / kStep;
-  const std::int64_t steps = across * ((std::int64_t{info.rows} + kStep - 1) / kStep);
-  const std::int64_t stride = (steps + kMostSteps - 1) / kMostSteps;
+  const std::int64_t down = (std::int64_t{info.rows} + kStep - 1) / kStep;
+  const std::int64_t chosen = std::clamp<std::int64_t>(kMostSteps / across, 1, down);
   bool found = false;
-  for (std::int64_t step = 0; step < steps; step += stride) {
+  for (std::int64_t step = 0; step < chosen * across; ++step) {
+    const std::int64_t row = step / across * down / chosen;
     PostWindow window{static_cast<std::int32_t>(step % across) * kStep,
-                      static_cast<std::int32_t>(step / across) * kStep, kStep, kStep};
+                      static_cast<std::int32_t>(row) * kStep, kStep, kStep};
     window.columns = std::min(kStep, info.columns - window.column);
     window.rows = std::min(kStep, info.rows - window.row);
     const HeightBlock block = raster.read(window, info.problem);

@@ -1,8 +1,10 @@
 // Files that are damaged, foreign or made to do harm: a reason in words or voids, never a crash, never sea
 // level.
+#include <gdal_priv.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -139,6 +141,19 @@ TEST_F(HostileRasters, AnAbsurdBlockSize) {
   tiff += std::string(4, '\0');
   writeBytes(folder_ / "a.tif", tiff);
   expectRefused("a.tif", "");
+}
+
+// Each window of 512 rows would have to decode 512 whole rows: 614 MB.
+TEST_F(HostileRasters, RowsTooLongToReadInWindows) {
+  CPLStringList options;
+  options.AddNameValue("SPARSE_OK", "TRUE");
+  GDALAllRegister();
+  GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+  GDALDataset* dataset = driver->Create(path("a.tif").c_str(), 600'000, 16, 1, GDT_UInt16, options.List());
+  std::array<double, 6> placed{10, 1e-6, 0, 51, 0, -1e-6};
+  dataset->SetGeoTransform(placed.data());
+  GDALClose(dataset);
+  expectRefused("a.tif", "its rows of 600000 cells are too long to read");
 }
 
 TEST_F(HostileRasters, APositionThatIsNotFinite) {
