@@ -5,6 +5,8 @@
 #ifndef ZEL_AUTOMATION_H_
 #define ZEL_AUTOMATION_H_
 
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
@@ -60,6 +62,18 @@ class ZEL_API AutomationValue {
   AutomationValue(std::string_view value);
   AutomationValue(const char* value);
   AutomationValue(DispatchPtr value);
+  AutomationValue(std::nullptr_t);  // the null object
+  template <std::derived_from<Dispatch> Object>
+  AutomationValue(std::shared_ptr<Object> value) : AutomationValue(DispatchPtr(std::move(value))) {}
+  // An integer of any other type is a 32-bit one. Throws AutomationError kOverflow when it does not fit.
+  template <std::integral Integer>
+  AutomationValue(Integer value) : AutomationValue(fitted(value)) {}
+  // A character is neither a number nor a text.
+  AutomationValue(char) = delete;
+  AutomationValue(wchar_t) = delete;
+  AutomationValue(char8_t) = delete;
+  AutomationValue(char16_t) = delete;
+  AutomationValue(char32_t) = delete;
   AutomationValue(const void*) = delete;  // any other pointer would silently become a boolean
 
   Kind kind() const noexcept;
@@ -83,6 +97,13 @@ class ZEL_API AutomationValue {
   friend ZEL_API bool operator==(const AutomationValue& a, const AutomationValue& b);
 
  private:
+  template <std::integral Integer>
+  static std::int32_t fitted(Integer value) {
+    if (!std::in_range<std::int32_t>(value)) refuseInteger(std::to_string(value));
+    return static_cast<std::int32_t>(value);
+  }
+  [[noreturn]] static void refuseInteger(const std::string& digits);
+
   std::variant<std::monostate, bool, std::int16_t, std::int32_t, float, double, std::string, DispatchPtr>
       value_;
 };

@@ -17,9 +17,12 @@
  * ZEL_NULL_POINTER and does nothing. Texts are UTF-8 and end with a zero byte; texts handed over are copied.
  * Booleans are 0 or 1.
  *
- * All functions are for one thread, the one that made the first zelProfiler that is alive; on another they
- * return ZEL_WRONG_THREAD. As in C++, a failure inside a member is shown, logged and not passed on: the
- * function then returns ZEL_OK, and its result is 0.
+ * Functions on a zelProfiler, or on the object of one (zelProfilerObject), are for one thread, the one that
+ * made the first zelProfiler that is alive; on another they return ZEL_WRONG_THREAD and do nothing.
+ * zelProfilerRun and zelProfilerProcessEvents are for the graphical application's thread in the same way.
+ * Applications and stations may be made, used and released on any thread, each on one at a time; once an
+ * application is bound it belongs to the profiler's. As in C++, a failure inside a member is shown, logged
+ * and not passed on: the function then returns ZEL_OK, and its result is 0.
  *
  * The members are described in zel/profile_control.h, under the names that follow zelProfiler, Get and Let
  * here. */
@@ -52,7 +55,8 @@ enum {
   ZEL_TYPE_MISMATCH = 9,        /* late binding: a value of another kind is wanted */
   ZEL_OVERFLOW = 10,            /* late binding: the value does not fit */
   ZEL_OUT_OF_MEMORY = 11,
-  ZEL_FAILED = 12 /* anything else; zelProfilerLastError says what */
+  ZEL_FAILED = 12, /* anything else; zelProfilerLastError says what */
+  ZEL_QUIT = 13    /* the user chose not to continue after a failure; zelProfilerRun gives the exit code */
 };
 
 /* Why the calling thread's last function that did not return ZEL_OK failed. Never NULL; valid until the
@@ -69,16 +73,20 @@ typedef struct zelProfiler zelProfiler;
 typedef struct zelObject zelObject;
 
 ZEL_API int zelProfilerCreate(zelProfiler** profiler);
-/* Unloads both windows and frees the profiler. NULL is allowed. */
+/* Unloads both windows, even while an object of the profiler is alive, and frees the profiler. NULL is
+ * allowed. */
 ZEL_API int zelProfilerRelease(zelProfiler* profiler);
 
 /* The graphical application's event loop, for hosts that have none of their own. Windows exist only with such
  * an application; without one both return ZEL_NO_EVENT_LOOP at once. */
 
 /* Runs the loop until the application quits and gives its exit code, which may be NULL: after a failure that
- * the user chose not to continue from, it is the error's number. */
+ * the user chose not to continue from, it is the error's number. Returns at once with that code, and forgets
+ * it, when zelProfilerProcessEvents has returned ZEL_QUIT. */
 ZEL_API int zelProfilerRun(int* exitCode);
-/* Handles the events that are pending, for at most the given time in milliseconds (0 or more). */
+/* Handles the events that are pending, for at most the given time in milliseconds (0 or more). ZEL_QUIT when
+ * the user chose not to continue after a failure: end the program, with the exit code that zelProfilerRun
+ * gives. */
 ZEL_API int zelProfilerProcessEvents(int milliseconds);
 
 /* ---- Members, in their published order ---- */
@@ -100,7 +108,9 @@ ZEL_API int zelProfilerPrintProfile(zelProfiler* profiler, int* value);
 ZEL_API int zelProfilerLetProgName(zelProfiler* profiler, const char* vNewValue);
 ZEL_API int zelProfilerGetRangeLines(zelProfiler* profiler, int16_t* value);
 ZEL_API int zelProfilerLetRangeLines(zelProfiler* profiler, int16_t vNewValue);
-/* NULL is allowed, as "nothing". The profiler keeps the object alive; the caller may release its own. */
+/* NULL is allowed, as "nothing". The caller may release its own handle: the component keeps the object at
+ * least until another is bound, and may keep it for the rest of the process, even when every zelProfiler is
+ * released. An object that is kept until the process ends is not released then. */
 ZEL_API int zelProfilerSetClientApp(zelProfiler* profiler, zelObject* ClientApp);
 ZEL_API int zelProfilerGetPathLoss(zelProfiler* profiler, const StationProfile_Type* Sta1,
                                    const StationProfile_Type* Sta2, float* value);
@@ -163,7 +173,7 @@ ZEL_API int zelStationCreate(const StationProfile_Type* station, zelObject** obj
  * wanted. */
 ZEL_API int zelObjectInvoke(zelObject* object, const char* member, int access, const zelValue* arguments,
                             size_t count, zelValue* result);
-/* NULL is allowed. */
+/* NULL is allowed. The object of a zelProfiler is released on the profiler's thread alone. */
 ZEL_API int zelObjectRelease(zelObject* object);
 
 /* NOLINTEND(modernize-use-using) */

@@ -55,7 +55,9 @@ class ZEL_API _ProfileControl : public Dispatch {  // NOLINT(bugprone-reserved-i
   virtual std::int16_t get_RangeLines() = 0;
   virtual void let_RangeLines(std::int16_t vNewValue) = 0;
   // Binds the component to the host. Read by name when needed: Title, Path, ProductName, HelpFile, Major,
-  // Minor, Revision.
+  // Minor, Revision. The component keeps the object at least until another is bound, and may keep it
+  // for the rest of the process, whatever happens to the ProfileControl objects; at the end of the process it
+  // is not released.
   virtual void SetClientApp(const DispatchPtr& ClientApp) = 0;
   // Modeled (Longley-Rice) path loss between the stations in dB; 0 when it cannot be computed.
   virtual float GetPathLoss(const StationProfile_Type& Sta1, const StationProfile_Type& Sta2) = 0;

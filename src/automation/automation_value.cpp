@@ -83,6 +83,12 @@ AutomationValue::AutomationValue(std::string value) : value_(std::move(value)) {
 AutomationValue::AutomationValue(std::string_view value) : value_(std::string(value)) {}
 AutomationValue::AutomationValue(const char* value) : value_(std::string(value == nullptr ? "" : value)) {}
 AutomationValue::AutomationValue(DispatchPtr value) : value_(std::move(value)) {}
+AutomationValue::AutomationValue(std::nullptr_t) : value_(DispatchPtr()) {}
+
+void AutomationValue::refuseInteger(const std::string& digits) {
+  throw AutomationError(AutomationErrorCode::kOverflow,
+                        digits + " does not fit into " + kindName(Kind::kInt32));
+}
 
 // The kinds are declared in the order of the variant's alternatives.
 AutomationValue::Kind AutomationValue::kind() const noexcept { return static_cast<Kind>(value_.index()); }

@@ -7,11 +7,13 @@
 #include <cstring>
 #include <exception>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "component/desktop/desktop_dialogs.h"
+#include "component/desktop/desktop_process.h"
 #include "component/own_application.h"
 #include "foundation/text.h"
 #include "zel/automation.h"
@@ -254,6 +256,9 @@ zel::Access accessOf(int access) {
   }
 }
 
+// Before anything is freed. Any member does; this one asks for no more than its thread.
+void refuseForeignThread(zel::ProfileControl& control) { control.get_hWnd(); }
+
 void needApplication() {
   if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
     throw Refusal{ZEL_NO_EVENT_LOOP, "the process has no graphical application"};
@@ -284,7 +289,9 @@ int zelProfilerCreate(zelProfiler** profiler) {
 int zelProfilerRelease(zelProfiler* profiler) {
   return guarded([&] {
     if (profiler == nullptr) return;
-    profiler->control->dispatchId("hWnd");  // a call from another thread is refused before anything is freed
+    refuseForeignThread(*profiler->control);
+    // With an object of it alive the control lives on; its windows do not.
+    if (profiler->control.use_count() > 1) profiler->control->UnloadMainForm();
     delete profiler;
   });
 }
@@ -294,7 +301,9 @@ int zelProfilerRun(int* exitCode) {
     needApplication();
     if (QThread::currentThread()->loopLevel() > 0)
       throw Refusal{ZEL_EVENT_LOOP_RUNNING, "the event loop is running already"};
-    const int code = QApplication::exec();
+    const std::optional<int> kept = zel::keptQuitRequest();
+    zel::forgetQuitRequest();
+    const int code = kept ? *kept : QApplication::exec();
     if (exitCode != nullptr) *exitCode = code;
   });
 }
@@ -304,6 +313,7 @@ int zelProfilerProcessEvents(int milliseconds) {
     if (milliseconds < 0) throw Refusal{ZEL_OUT_OF_RANGE, "the time is negative"};
     needApplication();
     QCoreApplication::processEvents(QEventLoop::AllEvents, milliseconds);
+    if (zel::keptQuitRequest()) throw Refusal{ZEL_QUIT, "the user chose not to continue after a failure"};
   });
 }
 
@@ -477,5 +487,10 @@ int zelObjectInvoke(zelObject* object, const char* member, int access, const zel
 }
 
 int zelObjectRelease(zelObject* object) {
-  return guarded([&] { delete object; });
+  return guarded([&] {
+    if (object == nullptr) return;
+    auto* control = dynamic_cast<zel::ProfileControl*>(object->object.get());
+    if (control != nullptr) refuseForeignThread(*control);
+    delete object;
+  });
 }

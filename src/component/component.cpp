@@ -1,5 +1,6 @@
 #include "component/component.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -12,6 +13,8 @@ namespace zel {
 namespace {
 
 constexpr std::size_t kBytesPerMiB = std::size_t{1024} * 1024;
+// A block of terrain takes about 1 MiB: a smaller cache would keep none of those that one path needs at once.
+constexpr std::size_t kSmallestCacheMiB = 8;
 
 Component* substitute = nullptr;
 
@@ -45,6 +48,13 @@ void OwnerThread::check() const {
                           "ProfileControl was called from a thread that is not its own");
 }
 
+void OwnerThread::checkIfOwned() const {
+  const std::lock_guard lock(mutex_);
+  if (users_ > 0 && owner_ != std::this_thread::get_id())
+    throw AutomationError(AutomationErrorCode::kWrongThread,
+                          "the component belongs to the thread that made the first ProfileControl");
+}
+
 Component::Component(ComponentServices services)
     : services_(std::move(services)),
       settings_(std::make_shared<OverlaySettingsStore>(*services_.settings)),
@@ -62,7 +72,9 @@ Component::~Component() = default;
 
 Component& Component::instance() {
   if (substitute != nullptr) return *substitute;
-  static Component real(makeDesktopServices());
+  // Never destroyed: a host's global ProfileControl may be released after any static object here, and rasters
+  // may not be closed once the libraries that read them have taken down their own static objects.
+  static Component& real = *new Component(makeDesktopServices());
   return real;
 }
 
@@ -77,14 +89,17 @@ std::string Component::settingsFile(const std::string& title) const {
 const Geodesy& Component::geodesy() const { return *needed(services_.geodesy); }
 
 std::shared_ptr<const DatumShift> Component::datumShift() {
+  const std::lock_guard lock(firstUse_);
   if (datumShift_ == nullptr) datumShift_ = needed(services_.makeDatumShift)();
   return datumShift_;
 }
 
 std::shared_ptr<TerrainLibrary> Component::terrain() {
+  const std::lock_guard lock(firstUse_);
   if (terrain_ == nullptr) {
     terrainSources_.refresh();
-    const auto cacheMB = static_cast<std::size_t>(readTerrainCacheMB(settingsReader()));
+    const auto cacheMB =
+        std::max(static_cast<std::size_t>(readTerrainCacheMB(settingsReader())), kSmallestCacheMiB);
     auto terrain = needed(services_.makeTerrain)(
         [this](int code) { return terrainSources_.definition(code); }, cacheMB * kBytesPerMiB);
     if (stationsAreNad27()) terrain->setStationShift(datumShift());
@@ -106,17 +121,27 @@ std::unique_ptr<CoordinateFormatter> Component::makeCoordinateFormatter() {
 }
 
 void Component::bindOwnApplication() {
+  const std::lock_guard lock(firstUse_);
   if (host_.client() == nullptr) host_.bind(services_.ownApplication);
 }
 
 void Component::bindClient(const DispatchPtr& client) {
-  if (client != nullptr) host_.bind(client);
+  const std::lock_guard lock(firstUse_);
+  if (client != nullptr) {
+    if (host_.client() == services_.ownApplication) host_.discardSetUp();
+    host_.bind(client);
+  }
   // A failed set-up is tried again at each binding; without a host it waits for the first need.
   if (host_.client() != services_.ownApplication) host_.Init();
+}
+
+void Component::refreshTerrainSources() {
+  const std::lock_guard lock(firstUse_);
   if (terrain_ != nullptr) terrainSources_.refresh();
 }
 
 void Component::ensureSetUp() {
+  const std::lock_guard lock(firstUse_);
   if (host_.client() != services_.ownApplication || host_.setUp()) return;
   host_.Init();
   host_.RefreshTexts();
@@ -131,6 +156,7 @@ void Component::buildTables() {
 }
 
 void Component::setStationDatum(std::int32_t code) {
+  const std::lock_guard lock(firstUse_);
   state_.datumCode = code;
   state_.datumText = code == 0 ? "NAD-27" : "NAD-83";
   if (terrain_ != nullptr) terrain_->setStationShift(stationsAreNad27() ? datumShift() : nullptr);

@@ -67,6 +67,8 @@ class OwnerThread {
   void enter();           // one more user. Throws AutomationError kWrongThread on another's thread.
   bool leave() noexcept;  // one less; whether this is the owning thread
   void check() const;     // throws AutomationError kWrongThread
+  // As check(), but anyone's while there is no user: for what can be called without one.
+  void checkIfOwned() const;
 
  private:
   mutable std::mutex mutex_;
@@ -81,7 +83,7 @@ class Component {
   Component(const Component&) = delete;
   Component& operator=(const Component&) = delete;
 
-  // The process's one, made at the first call over the desktop's services.
+  // The process's one, made at the first call over the desktop's services and never destroyed.
   static Component& instance();
 
   ModuleState& state() { return state_; }
@@ -118,8 +120,11 @@ class Component {
 
   // Binds the component's own application object when none is bound.
   void bindOwnApplication();
-  // Binds a host; null binds nothing new. Sets up the services until that has once succeeded.
+  // Binds a host; null binds nothing new. Sets up the services until that has once succeeded; a set-up for
+  // the component's own application does not count for a host.
   void bindClient(const DispatchPtr& client);
+  // Reads the terrain sources anew for the bound application, when there is terrain already.
+  void refreshTerrainSources();
   // The set-up of a component that is used without a host.
   void ensureSetUp();
   // Builds the units and normal tables (the module "modConstants").
@@ -144,6 +149,7 @@ class Component {
   UnitsTable units_;
   NormalTable normalTable_;
   TerrainSources terrainSources_;
+  std::recursive_mutex firstUse_;  // guards what is made or bound when it is first needed
   std::shared_ptr<const DatumShift> datumShift_;
   std::shared_ptr<TerrainLibrary> terrain_;
 };

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "foundation/home_folder.h"
+#include "zeltool/user_folders/user_folders.h"
 
 namespace zel {
 std::string ownStateFolder() {

@@ -4,6 +4,7 @@
 
 #include "component/component.h"
 #include "component/member_table.h"
+#include "component/procedure_names.h"
 #include "component/services/characters.h"
 #include "foundation/rounding.h"
 
@@ -44,14 +45,14 @@ struct ProfileControl::Self {
 
 ProfileControl::ProfileControl() : self_(std::make_unique<Self>()) {
   self_->component.thread().enter();
-  self_->run(":Class_Initialize:", [this] { self_->component.bindOwnApplication(); });
+  self_->run(procedures::kClassInitialize, [this] { self_->component.bindOwnApplication(); });
 }
 
 // Unloads whatever the loaded flags say. A release on a foreign thread leaves the windows, which it must not
 // touch.
 ProfileControl::~ProfileControl() {
   if (!self_->component.thread().leave()) return;
-  self_->module.run(":Class_Terminate:", [this] {
+  self_->module.run(procedures::kClassTerminate, [this] {
     self_->component.bindOwnApplication();
     self_->module.step(1);
     self_->component.windows().unloadSettings();
@@ -72,90 +73,93 @@ AutomationValue ProfileControl::invoke(std::int32_t id, Access access,
 }
 
 std::int16_t ProfileControl::get_ElevLines() {
-  return self_->run(":Get ElevLines:", [this] { return self_->state.elevLines; });
+  return self_->run(procedures::kGetElevLines, [this] { return self_->state.elevLines; });
 }
 
 void ProfileControl::let_ElevLines(std::int16_t vNewValue) {
-  self_->run(":Let ElevLines:", [&] { self_->state.elevLines = vNewValue; });
+  self_->run(procedures::kLetElevLines, [&] { self_->state.elevLines = vNewValue; });
 }
 
 void ProfileControl::ExportDataToCSV(const std::string& outfile) {
-  self_->run(":ExportDataToCSV:",
+  self_->run(procedures::kExportDataToCSV,
              [&] { self_->exportTo(outfile, [&] { self_->component.windows().exportData(outfile); }); });
 }
 
 void ProfileControl::ExportITMToCSV(const std::string& outfile) {
-  self_->run(":ExportITMToCSV:",
+  self_->run(procedures::kExportITMToCSV,
              [&] { self_->exportTo(outfile, [&] { self_->component.windows().exportPathLoss(outfile); }); });
 }
 
 bool ProfileControl::get_OFrmLoaded() {
-  return self_->run(":Get OFrmLoaded:", [this] { return self_->state.settingsDialogLoaded; });
+  return self_->run(procedures::kGetOFrmLoaded, [this] { return self_->state.settingsDialogLoaded; });
 }
 
 bool ProfileControl::get_OptionButtonVisible() {
-  return self_->run(":Get OptionButtonVisible:", [this] { return self_->state.optionButtonVisible; });
+  return self_->run(procedures::kGetOptionButtonVisible, [this] { return self_->state.optionButtonVisible; });
 }
 
 void ProfileControl::let_OptionButtonVisible(bool vNewValue) {
-  self_->run(":Let OptionButtonVisible:", [&] { self_->state.optionButtonVisible = vNewValue; });
+  self_->run(procedures::kLetOptionButtonVisible, [&] { self_->state.optionButtonVisible = vNewValue; });
 }
 
 void ProfileControl::let_OwnerName(const std::string& vNewValue) {
-  self_->run(":Let OwnerName:", [&] { self_->state.ownerName = vNewValue; });
+  self_->run(procedures::kLetOwnerName, [&] { self_->state.ownerName = vNewValue; });
 }
 
 DispatchPtr ProfileControl::get_PForm() {
-  return self_->run(":Get PForm:", [this] {
+  return self_->run(procedures::kGetPForm, [this] {
     self_->component.ensureSetUp();
     return self_->component.windows().newProfileForm();
   });
 }
 
 bool ProfileControl::get_PFrmLoaded() {
-  return self_->run(":Get PFrmLoaded:", [this] { return self_->state.profileWindowLoaded; });
+  return self_->run(procedures::kGetPFrmLoaded, [this] { return self_->state.profileWindowLoaded; });
 }
 
 void ProfileControl::let_PrintDescription(const std::string& vNewValue) {
-  self_->run(":Let PrintDescription:", [&] {
+  self_->run(procedures::kLetPrintDescription, [&] {
     self_->state.printDescription = vNewValue;
     self_->state.printDescriptionSet = true;
   });
 }
 
 void ProfileControl::let_PrintLandscape(bool vNewValue) {
-  self_->run(":Let PrintLandscape:", [&] { self_->state.printLandscape = vNewValue; });
+  self_->run(procedures::kLetPrintLandscape, [&] { self_->state.printLandscape = vNewValue; });
 }
 
 // Does nothing, and is meant to: printing starts from the profile window's menu.
 bool ProfileControl::PrintProfile() {
-  return self_->run(":PrintProfile:", [] { return false; });
+  return self_->run(procedures::kPrintProfile, [] { return false; });
 }
 
 void ProfileControl::let_ProgName(const std::string& vNewValue) {
-  self_->run(":Let ProgName:", [&] { self_->state.progName = vNewValue; });
+  self_->run(procedures::kLetProgName, [&] { self_->state.progName = vNewValue; });
 }
 
 std::int16_t ProfileControl::get_RangeLines() {
-  return self_->run(":Get RangeLines:", [this] { return self_->state.rangeLines; });
+  return self_->run(procedures::kGetRangeLines, [this] { return self_->state.rangeLines; });
 }
 
 void ProfileControl::let_RangeLines(std::int16_t vNewValue) {
-  self_->run(":Let RangeLines:", [&] { self_->state.rangeLines = vNewValue; });
+  self_->run(procedures::kLetRangeLines, [&] { self_->state.rangeLines = vNewValue; });
 }
 
 void ProfileControl::SetClientApp(const DispatchPtr& ClientApp) {
-  self_->run(":SetClientApp:", [&] {
+  self_->run(procedures::kSetClientApp, [&] {
     self_->component.bindClient(ClientApp);
     self_->module.step(1);
     self_->component.host().Refresh();
     self_->module.step(2);
     self_->component.buildTables();
+    // Last, because the settings may not be readable: the rest of the binding is done all the same.
+    self_->module.step(3);
+    self_->component.refreshTerrainSources();
   });
 }
 
 float ProfileControl::GetPathLoss(const StationProfile_Type& Sta1, const StationProfile_Type& Sta2) {
-  return self_->run(":GetPathLoss:", [&] {
+  return self_->run(procedures::kGetPathLoss, [&] {
     self_->storeStations(Sta1, Sta2);
     self_->module.step(2);
     self_->component.ensureSetUp();
@@ -164,7 +168,7 @@ float ProfileControl::GetPathLoss(const StationProfile_Type& Sta1, const Station
 }
 
 void ProfileControl::ShowMainForm(const StationProfile_Type& Sta1, const StationProfile_Type& Sta2) {
-  self_->run(":ShowMainForm:", [&] {
+  self_->run(procedures::kShowMainForm, [&] {
     self_->storeStations(Sta1, Sta2);
     self_->module.step(2);
     UnloadMainForm();
@@ -179,22 +183,22 @@ void ProfileControl::ShowMainForm(const StationProfile_Type& Sta1, const Station
 }
 
 void ProfileControl::ShowOptionsForm() {
-  self_->run(":ShowOptionsForm:", [this] {
+  self_->run(procedures::kShowOptionsForm, [this] {
     self_->component.ensureSetUp();
     self_->component.windows().showSettings();
   });
 }
 
 std::int32_t ProfileControl::get_StaDatum() {
-  return self_->run(":Get StaDatum:", [this] { return self_->state.datumCode; });
+  return self_->run(procedures::kGetStaDatum, [this] { return self_->state.datumCode; });
 }
 
 void ProfileControl::let_StaDatum(std::int32_t vNewValue) {
-  self_->run(":Let StaDatum:", [&] { self_->component.setStationDatum(vNewValue); });
+  self_->run(procedures::kLetStaDatum, [&] { self_->component.setStationDatum(vNewValue); });
 }
 
 void ProfileControl::UnloadMainForm() {
-  self_->run(":UnloadMainForm:", [this] {
+  self_->run(procedures::kUnloadMainForm, [this] {
     if (self_->state.profileWindowLoaded) self_->component.windows().unloadProfile();
     self_->module.step(1);
     if (self_->state.settingsDialogLoaded) self_->component.windows().unloadSettings();
@@ -202,8 +206,7 @@ void ProfileControl::UnloadMainForm() {
 }
 
 std::int32_t ProfileControl::get_hWnd() {
-  // The blanks around the name are meant.
-  return self_->run(" :Get hWnd: ", [this] { return self_->state.profileWindowHandle; });
+  return self_->run(procedures::kGetHWnd, [this] { return self_->state.profileWindowHandle; });
 }
 
 }  // namespace zel

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <memory>
+#include <type_traits>
 
 #include "zel/automation.h"
 
@@ -35,6 +37,63 @@ TEST(AutomationValue, KeepsTheKindItWasMadeOf) {
   EXPECT_EQ(AutomationValue(DispatchPtr{}).kind(), Kind::kObject);
   EXPECT_TRUE(AutomationValue().isEmpty());
   EXPECT_FALSE(AutomationValue(0).isEmpty());
+}
+
+enum Plain { kThree = 3 };
+
+TEST(AutomationValue, TakesAnyOtherIntegerForA32BitOne) {
+  for (const AutomationValue& value :
+       {AutomationValue(3L), AutomationValue(3LL), AutomationValue(3U), AutomationValue(3UL),
+        AutomationValue(std::uint16_t{3}), AutomationValue(std::int8_t{3}), AutomationValue(std::uint8_t{3}),
+        AutomationValue(std::size_t{3}), AutomationValue(kThree)})
+    EXPECT_EQ(value, AutomationValue(std::int32_t{3}));
+  EXPECT_EQ(AutomationValue(-2147483648LL).toInt32(), -2147483647 - 1);
+  EXPECT_EQ(AutomationValue(2147483647U).toInt32(), 2147483647);
+}
+
+TEST(AutomationValue, RefusesAnIntegerBeyond32Bits) {
+  EXPECT_EQ(codeOf([] { (void)AutomationValue(2147483648U); }), AutomationErrorCode::kOverflow);
+  EXPECT_EQ(codeOf([] { (void)AutomationValue(-2147483649LL); }), AutomationErrorCode::kOverflow);
+  EXPECT_EQ(codeOf([] { (void)AutomationValue(std::numeric_limits<std::uint64_t>::max()); }),
+            AutomationErrorCode::kOverflow);
+  try {
+    (void)AutomationValue(5'000'000'000L);
+    FAIL();
+  } catch (const AutomationError& error) {
+    EXPECT_STREQ(error.what(), "5000000000 does not fit into a 32-bit integer");
+  }
+}
+
+TEST(AutomationValue, TakesNoCharacterAndNoPointerToAnythingElse) {
+  static_assert(!std::is_constructible_v<AutomationValue, char>);
+  static_assert(!std::is_constructible_v<AutomationValue, wchar_t>);
+  static_assert(!std::is_constructible_v<AutomationValue, char8_t>);
+  static_assert(!std::is_constructible_v<AutomationValue, char16_t>);
+  static_assert(!std::is_constructible_v<AutomationValue, char32_t>);
+  static_assert(!std::is_constructible_v<AutomationValue, int*>);
+  static_assert(!std::is_constructible_v<AutomationValue, std::shared_ptr<int>>);
+  static_assert(std::is_convertible_v<unsigned long, AutomationValue>);
+}
+
+class Derived : public Dispatch {
+ public:
+  std::int32_t dispatchId(std::string_view) const override { return 1; }
+  AutomationValue invoke(std::int32_t, Access, std::span<const AutomationValue>) override { return nullptr; }
+};
+
+TEST(AutomationValue, TakesAnObjectByThePointerThatTheHostHas) {
+  const auto object = std::make_shared<Derived>();
+  const AutomationValue value = object;
+  EXPECT_EQ(value.kind(), Kind::kObject);
+  EXPECT_EQ(value.toObject(), object);
+  EXPECT_EQ(makePropertyBag({{"Child", object}})->get("Child").toObject(), object);
+  EXPECT_EQ(object->call("Anything", {object, 3U, nullptr}).kind(), Kind::kObject);
+}
+
+TEST(AutomationValue, TakesANullPointerForTheNullObject) {
+  EXPECT_EQ(AutomationValue(nullptr).kind(), Kind::kObject);
+  EXPECT_EQ(AutomationValue(nullptr).toObject(), nullptr);
+  EXPECT_EQ(AutomationValue(std::shared_ptr<Derived>()), AutomationValue(nullptr));
 }
 
 TEST(AutomationValue, TakesANullTextPointerForAnEmptyText) {

@@ -262,6 +262,43 @@ TEST_F(CApiTest, UnloadsBothWindowsAtRelease) {
   EXPECT_EQ(windows_->calls, (test::Journal{"unload settings", "unload profile"}));
 }
 
+TEST_F(CApiTest, UnloadsBothWindowsAtReleaseEvenWhileAnObjectOfTheProfilerIsAlive) {
+  zelProfiler* second = nullptr;
+  zelObject* control = nullptr;
+  ASSERT_EQ(zelProfilerCreate(&second), ZEL_OK);
+  ASSERT_EQ(zelProfilerObject(second, &control), ZEL_OK);
+  ASSERT_EQ(zelProfilerShowMainForm(second, &kStation1, &kStation2), ZEL_OK);
+  component_.state().settingsDialogLoaded = true;
+  EXPECT_EQ(zelProfilerRelease(second), ZEL_OK);
+  EXPECT_FALSE(component_.state().profileWindowLoaded);
+  EXPECT_FALSE(component_.state().settingsDialogLoaded);
+  zelValue lines{};
+  EXPECT_EQ(zelObjectInvoke(control, "ElevLines", ZEL_GET, nullptr, 0, &lines), ZEL_OK) << "it lives on";
+  EXPECT_EQ(zelObjectRelease(control), ZEL_OK);
+}
+
+TEST_F(CApiTest, ReleasesTheObjectOfAProfilerOnItsOwnThreadAlone) {
+  zelObject* control = self();
+  int release = ZEL_OK;
+  std::thread([&] { release = zelObjectRelease(control); }).join();
+  EXPECT_EQ(release, ZEL_WRONG_THREAD);
+  zelValue lines{};
+  EXPECT_EQ(zelObjectInvoke(control, "ElevLines", ZEL_GET, nullptr, 0, &lines), ZEL_OK)
+      << "it is still there";
+  EXPECT_EQ(zelObjectRelease(control), ZEL_OK);
+}
+
+TEST_F(CApiTest, MakesUsesAndReleasesApplicationsAndStationsOnAnyThread) {
+  std::thread([&] {
+    zelObject* station = nullptr;
+    EXPECT_EQ(zelStationCreate(&kStation1, &station), ZEL_OK);
+    zelValue latitude{};
+    EXPECT_EQ(zelObjectInvoke(station, "Lat", ZEL_GET, nullptr, 0, &latitude), ZEL_OK);
+    EXPECT_EQ(zelObjectRelease(station), ZEL_OK);
+    EXPECT_EQ(zelObjectRelease(application()), ZEL_OK);
+  }).join();
+}
+
 // ---- Late binding ----
 
 zelValue int32Value(int32_t number) {

@@ -38,13 +38,17 @@ class ScriptedWindows final : public ProfileWindows {
     note("new form");
     return makePropertyBag({{"Caption", "Terrain Profile"}});
   }
-  void exportData(const std::string& outfile) override { note("export data " + outfile); }
+  void exportData(const std::string& outfile) override {
+    note("export data " + outfile);
+    if (onExport) onExport();
+  }
   void exportPathLoss(const std::string& outfile) override { note("export loss " + outfile); }
 
   ModuleState* state = nullptr;
   bool rejectProfile = false;
   std::string failAt;  // what throws
   std::function<void()> onShow;
+  std::function<void()> onExport;
   Journal calls;
 
  private:

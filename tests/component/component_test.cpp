@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdlib>
+#include <optional>
+#include <thread>
+#include <vector>
 
 #include "component_fixture.h"
 #include "profile/settings/settings_table.h"
@@ -104,6 +109,61 @@ TEST_F(ComponentTest, MakesTheTerrainOnceWithTheCacheAndSourcesOfTheSettings) {
   EXPECT_EQ(definitions(2).paths, (std::vector<std::string>{"/srtm", "/more"}));
   EXPECT_EQ(definitions(3).paths, std::vector<std::string>{"/bundled"});
   EXPECT_TRUE(definitions(3).bundledSample);
+}
+
+// A block takes about 1 MiB: with less than a few of them nothing would be kept.
+TEST_F(ComponentTest, GivesTheTerrainACacheOf8MiBAtLeast) {
+  for (const auto& [setting, expected] : {std::pair{"1", 8U}, {"7", 8U}, {"8", 8U}, {"9", 9U}}) {
+    store_->values[{"Host Planner", "Terrain", "CacheMB"}] = setting;
+    std::size_t bytes = 0;
+    ComponentServices services = this->services();
+    services.makeTerrain = [&](TerrainLibrary::Definitions given, std::size_t cacheBytes) {
+      bytes = cacheBytes;
+      return std::make_shared<TerrainLibrary>(std::move(given), cacheBytes);
+    };
+    Component component(services);
+    component.bindClient(host_);
+    component.terrain();
+    EXPECT_EQ(bytes, std::size_t{expected} * 1024 * 1024) << setting;
+  }
+}
+
+TEST_F(ComponentTest, MakesTheTerrainOnceForThreadsThatAskTogether) {
+  std::atomic<int> made = 0;
+  ComponentServices services = this->services();
+  services.makeTerrain = [&](TerrainLibrary::Definitions given, std::size_t cacheBytes) {
+    ++made;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    return std::make_shared<TerrainLibrary>(std::move(given), cacheBytes);
+  };
+  Component component(services);
+  component.bindClient(host_);
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) threads.emplace_back([&] { component.terrain(); });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(made, 1);
+}
+
+TEST(OwnerThread, LetsAnyThreadInUntilItHasAUserAndThenOnlyTheirs) {
+  OwnerThread owner;
+  const auto codeElsewhere = [&] {
+    std::optional<AutomationErrorCode> code;
+    std::thread([&] {
+      try {
+        owner.checkIfOwned();
+      } catch (const AutomationError& error) {
+        code = error.code();
+      }
+    }).join();
+    return code;
+  };
+  EXPECT_NO_THROW(owner.checkIfOwned());
+  EXPECT_EQ(codeElsewhere(), std::nullopt);
+  owner.enter();
+  EXPECT_NO_THROW(owner.checkIfOwned());
+  EXPECT_EQ(codeElsewhere(), AutomationErrorCode::kWrongThread);
+  owner.leave();
+  EXPECT_EQ(codeElsewhere(), std::nullopt);
 }
 
 TEST_F(ComponentTest, ReadsTerrainAtTheShiftedPositionOnlyWhileTheHostsDatumIsNad27) {

@@ -1,7 +1,9 @@
 #include "component/desktop/desktop_dialogs.h"
 
+#include <QtTest/qtestspontaneevent.h>
 #include <gtest/gtest.h>
 
+#include <QCloseEvent>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QKeyEvent>
@@ -54,16 +56,41 @@ TEST_F(DesktopDialogsTest, AnswersYesByItsDefaultButton) {
             MessageAnswer::kYes);
 }
 
-// Escape must not stand for No: No ends the host.
-TEST_F(DesktopDialogsTest, IsNotLeftByTheEscapeKey) {
+void pressEscape(QMessageBox& box) {
+  QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+  QCoreApplication::sendEvent(&box, &escape);
+}
+
+// As the window manager does at a click on the close box.
+void clickCloseBox(QMessageBox& box) {
+  QCloseEvent close;
+  QSpontaneKeyEvent::setSpontaneous(&close);
+  static_cast<QObject&>(box).event(&close);  // sent, it would no longer count as the system's own
+}
+
+// Neither must stand for No: No ends the host.
+TEST_F(DesktopDialogsTest, LeavesAQuestionNeitherByTheEscapeKeyNorByTheCloseBox) {
   onModal<QMessageBox>([](QMessageBox& box) {
-    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-    QCoreApplication::sendEvent(&box, &escape);
+    pressEscape(box);
+    EXPECT_TRUE(box.isVisible());
+    clickCloseBox(box);
     EXPECT_TRUE(box.isVisible());
     box.button(QMessageBox::Yes)->click();
   });
   EXPECT_EQ(dialogs_.message({"Continue?", "", MessageIcon::kNone, MessageButtons::kYesNo}),
             MessageAnswer::kYes);
+}
+
+TEST_F(DesktopDialogsTest, LeavesABoxWithNothingToDecideByTheEscapeKeyOrTheCloseBox) {
+  for (const auto leave : {pressEscape, clickCloseBox}) {
+    onModal<QMessageBox>([leave](QMessageBox& box) {
+      leave(box);
+      EXPECT_FALSE(box.isVisible());
+      box.accept();
+    });
+    EXPECT_EQ(dialogs_.message({"Done.", "", MessageIcon::kInformation, MessageButtons::kOk}),
+              MessageAnswer::kOk);
+  }
 }
 
 TEST_F(DesktopDialogsTest, ShowsMarkupAsTheTextThatItIs) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <thread>
 
+#include "component/procedure_names.h"
 #include "component/unavailable_windows.h"
 #include "component_fixture.h"
 
@@ -90,6 +91,73 @@ TEST_F(ProfileControlTest, SharesAllValuesBetweenTwoObjects) {
   EXPECT_EQ(second.get_hWnd(), 77);
   second.UnloadMainForm();
   EXPECT_FALSE(first.get_PFrmLoaded());
+}
+
+TEST_F(ProfileControlTest, SharesWhatOnlyTheWindowsReadBetweenTwoObjects) {
+  ProfileControl first;
+  ProfileControl second;
+  first.let_PrintDescription("Site A to B");
+  first.let_PrintLandscape(true);
+  first.let_OwnerName("the owner");
+  first.let_ProgName("the program");
+  first.GetPathLoss(kStation1, kStation2);
+  int exports = 0;
+  windows_->onExport = [&] {
+    ++exports;
+    EXPECT_EQ(state().station1, (GeoPoint{36.30, -84.20}));
+    EXPECT_EQ(state().station2, (GeoPoint{36.40, -84.10}));
+    EXPECT_EQ(state().antennaHeights, (std::array<std::int16_t, 2>{30, 20}));
+    EXPECT_EQ(state().printDescription, "Site A to B");
+    EXPECT_TRUE(state().printLandscape);
+    EXPECT_EQ(state().ownerName, "the owner");
+    EXPECT_EQ(state().progName, "the program");
+  };
+  second.ExportDataToCSV("a.csv");
+  EXPECT_EQ(exports, 1);
+  second.let_PrintLandscape(false);
+  second.let_PrintDescription("");
+  second.GetPathLoss(kStation2, kStation1);
+  windows_->onExport = [&] {
+    ++exports;
+    EXPECT_EQ(state().station1, (GeoPoint{36.40, -84.10}));
+    EXPECT_EQ(state().antennaHeights, (std::array<std::int16_t, 2>{20, 30}));
+    EXPECT_EQ(state().printDescription, "");
+    EXPECT_FALSE(state().printLandscape);
+  };
+  first.ExportDataToCSV("a.csv");
+  EXPECT_EQ(exports, 2);
+}
+
+// The names stand in the logs of hosts; support staff search for them.
+TEST(ProcedureNames, AreThoseThatErrorMessagesHaveAlwaysHad) {
+  namespace names = procedures;
+  EXPECT_EQ(names::kClassInitialize, ":Class_Initialize:");
+  EXPECT_EQ(names::kClassTerminate, ":Class_Terminate:");
+  EXPECT_EQ(names::kGetElevLines, ":Get ElevLines:");
+  EXPECT_EQ(names::kLetElevLines, ":Let ElevLines:");
+  EXPECT_EQ(names::kExportDataToCSV, ":ExportDataToCSV:");
+  EXPECT_EQ(names::kExportITMToCSV, ":ExportITMToCSV:");
+  EXPECT_EQ(names::kGetOFrmLoaded, ":Get OFrmLoaded:");
+  EXPECT_EQ(names::kGetOptionButtonVisible, ":Get OptionButtonVisible:");
+  EXPECT_EQ(names::kLetOptionButtonVisible, ":Let OptionButtonVisible:");
+  EXPECT_EQ(names::kLetOwnerName, ":Let OwnerName:");
+  EXPECT_EQ(names::kGetPForm, ":Get PForm:");
+  EXPECT_EQ(names::kGetPFrmLoaded, ":Get PFrmLoaded:");
+  EXPECT_EQ(names::kLetPrintDescription, ":Let PrintDescription:");
+  EXPECT_EQ(names::kLetPrintLandscape, ":Let PrintLandscape:");
+  EXPECT_EQ(names::kPrintProfile, ":PrintProfile:");
+  EXPECT_EQ(names::kLetProgName, ":Let ProgName:");
+  EXPECT_EQ(names::kGetRangeLines, ":Get RangeLines:");
+  EXPECT_EQ(names::kLetRangeLines, ":Let RangeLines:");
+  EXPECT_EQ(names::kSetClientApp, ":SetClientApp:");
+  EXPECT_EQ(names::kGetPathLoss, ":GetPathLoss:");
+  EXPECT_EQ(names::kShowMainForm, ":ShowMainForm:");
+  EXPECT_EQ(names::kShowOptionsForm, ":ShowOptionsForm:");
+  EXPECT_EQ(names::kGetStaDatum, ":Get StaDatum:");
+  EXPECT_EQ(names::kLetStaDatum, ":Let StaDatum:");
+  EXPECT_EQ(names::kUnloadMainForm, ":UnloadMainForm:");
+  // The blanks around this one are meant.
+  EXPECT_EQ(names::kGetHWnd, " :Get hWnd: ");
 }
 
 TEST_F(ProfileControlTest, ReadsTheLoadedFlagsAndTheHandleOfTheWindows) {
@@ -203,6 +271,52 @@ TEST_F(ProfileControlTest, SetsItselfUpOnFirstNeedWhenUsedWithoutAHost) {
   EXPECT_EQ(component_.units()[2].name, "feet");
   EXPECT_EQ(state().coordinateFormat, "DMS");
   EXPECT_FALSE(control.get_OptionButtonVisible()) << "only SetClientApp shows the button";
+}
+
+TEST_F(ProfileControlTest, SetsItselfUpAnewForTheFirstHostAfterUseWithoutOne) {
+  ProfileControl control;
+  control.GetPathLoss(kStation1, kStation2);
+  journal_.clear();
+  control.SetClientApp(host_);
+  EXPECT_TRUE(component_.host().setUp());
+  EXPECT_EQ(tools_->lastClient, host_);
+  EXPECT_EQ(journal_.front(), "ToolApplication") << "the tools were made anew";
+  journal_.clear();
+  control.SetClientApp(makePropertyBag({{"Title", "Other"}, {"Path", folder_.path().string()}}));
+  EXPECT_TRUE(journal_.empty()) << "between two hosts the first one's tools stay";
+  EXPECT_EQ(tools_->lastClient, host_);
+}
+
+TEST_F(ProfileControlTest, KeepsNoToolOfTheOwnApplicationWhenTheHostsSetUpFails) {
+  ProfileControl control;
+  control.GetPathLoss(kStation1, kStation2);
+  tools_->failAt = "ToolApplication";
+  control.SetClientApp(host_);
+  EXPECT_FALSE(component_.host().setUp());
+  EXPECT_EQ(component_.host().sourceLists(), nullptr);
+  tools_->failAt.clear();
+  control.SetClientApp(nullptr);
+  EXPECT_TRUE(component_.host().setUp());
+  EXPECT_EQ(tools_->lastClient, host_);
+}
+
+TEST_F(ProfileControlTest, BindsCompletelyThoughTheTerrainSourcesCannotBeRead) {
+  ComponentServices services = this->services();
+  services.makeTerrain = [](TerrainLibrary::Definitions definitions, std::size_t cacheBytes) {
+    return std::make_shared<TerrainLibrary>(std::move(definitions), cacheBytes);
+  };
+  Component component(services);
+  ComponentSubstitute substitute(component);
+  ProfileControl control;
+  component.terrain();
+  store_->failing = true;
+  tools_->secondText = "DD";
+  control.SetClientApp(host_);
+  EXPECT_TRUE(loggedLocation("ProfileControl:SetClientApp:3")) << logged();
+  EXPECT_TRUE(control.get_OptionButtonVisible());
+  EXPECT_EQ(component.state().coordinateFormat, "DD");
+  EXPECT_EQ(component.units()[2].name, "feet");
+  EXPECT_EQ(component.normalTable()[10], 1.28);
 }
 
 TEST_F(ProfileControlTest, ReadsTheTitleAnewForEachFailure) {

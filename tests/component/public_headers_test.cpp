@@ -10,7 +10,7 @@ namespace zel {
 namespace {
 
 // A host with no toolkit at all can use the library: its headers name none, and include only each other and
-// the standard library.
+// the standard library. For hosts with one, a header of its own names a single class of it.
 TEST(PublicHeaders, IncludeOnlyEachOtherAndTheStandardLibrary) {
   const std::filesystem::path folder = std::filesystem::path(ZEL_SOURCE_DIR) / "include" / "zel";
   const std::regex include("^[ \t]*#[ \t]*include[ \t]*([<\"])([^>\"]+)[>\"].*");
@@ -22,7 +22,9 @@ TEST(PublicHeaders, IncludeOnlyEachOtherAndTheStandardLibrary) {
     ++headers;
     std::ifstream file(entry.path());
     for (std::string line; std::getline(file, line);) {
-      EXPECT_FALSE(std::regex_search(line, toolkit)) << entry.path() << ": " << line;
+      const bool bridge = entry.path().filename() == "qobject.h";
+      const std::string named = bridge ? std::regex_replace(line, std::regex("\\bQObject\\b"), "") : line;
+      EXPECT_FALSE(std::regex_search(named, toolkit)) << entry.path() << ": " << line;
       std::smatch match;
       if (!std::regex_match(line, match, include)) continue;
       const std::string name = match[2];

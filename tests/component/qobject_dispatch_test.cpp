@@ -1,5 +1,3 @@
-#include "component/desktop/qobject_dispatch.h"
-
 #include <gtest/gtest.h>
 
 #include <QObject>
@@ -8,6 +6,8 @@
 #include <QVariant>
 #include <array>
 #include <memory>
+
+#include "zel/qobject.h"
 
 namespace zel {
 namespace {

@@ -141,6 +141,22 @@ TEST_F(ErrorTrapTest, LooksAtTheFirst255CharactersOfTheModulePath) {
   EXPECT_FALSE(trap().InDesignEnvironment());
 }
 
+class NamelessProcess final : public ProcessControl {
+ public:
+  std::string moduleFileName() const override { throw std::runtime_error("no name"); }
+  void endRun() override { ADD_FAILURE() << "the run was ended"; }
+};
+
+TEST_F(ErrorTrapTest, PostsTheQuitWhenTheProgramsNameCannotBeTold) {
+  NamelessProcess nameless;
+  dialogs_.answer = MessageAnswer::kNo;
+  ErrorTrap errorTrap({[] { return std::string("Host Planner"); }, "zelProfiler01", &pointer_, &dialogs_,
+                       &eventLoop_, &nameless, &log_});
+  EXPECT_FALSE(errorTrap.InDesignEnvironment());
+  errorTrap.ErrTrap("a:b:0", true, &error_);
+  EXPECT_EQ(eventLoop_.quits, std::vector<int>{9});
+}
+
 TEST_F(ErrorTrapTest, ReportsItselfWhenTheTitleCannotBeRead) {
   titleFails_ = true;
   trap().ErrTrap("a:b:0", true, &error_);

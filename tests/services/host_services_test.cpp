@@ -99,6 +99,22 @@ TEST_F(HostServicesTest, SetsUpOnlyOnceAndKeepsTheFirstClientsTools) {
   EXPECT_EQ(services_.clientTitle(), "Other");
 }
 
+TEST_F(HostServicesTest, MakesTheToolsAnewForTheNextClientAfterASetUpWasDiscarded) {
+  services_.Init();
+  services_.discardSetUp();
+  EXPECT_FALSE(services_.setUp());
+  EXPECT_EQ(services_.toolApplication(), nullptr);
+  EXPECT_EQ(services_.windowPlacement(), nullptr);
+  EXPECT_EQ(services_.linkBudgetTool(), nullptr);
+  EXPECT_EQ(services_.sourceLists(), nullptr);
+  const DispatchPtr other = makePropertyBag({{"Title", "Other"}});
+  services_.bind(other);
+  services_.Init();
+  EXPECT_TRUE(services_.setUp());
+  EXPECT_EQ(script_->lastClient, other);
+  EXPECT_NE(services_.sourceLists(), nullptr);
+}
+
 TEST_F(HostServicesTest, LeavesTheLaterToolsUnmadeWhenAStepFails) {
   const char* tools[] = {"ToolApplication", "WindowPlacement", "LinkBudgetTool", "SourceLists",
                          "VersionInfo"};

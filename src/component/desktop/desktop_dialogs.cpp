@@ -34,23 +34,27 @@ QMessageBox::Icon iconOf(MessageIcon icon) {
   return QMessageBox::NoIcon;
 }
 
-// Is left by its buttons alone. Escape and the close box would count as No, and No can end the host.
+// A question is left by its buttons alone: Escape and the close box would count as No, and No can end the
+// host. A box with nothing to decide goes by either.
 class AnsweredBox final : public QMessageBox {
  public:
-  using QMessageBox::QMessageBox;
+  AnsweredBox(bool question, QWidget* parent) : QMessageBox(parent), question_(question) {}
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
-    if (event->matches(QKeySequence::Cancel)) return;
+    if (question_ && event->matches(QKeySequence::Cancel)) return;
     QMessageBox::keyPressEvent(event);
   }
   void closeEvent(QCloseEvent* event) override {
-    if (event->spontaneous()) {
+    if (question_ && event->spontaneous()) {
       event->ignore();
     } else {
       QMessageBox::closeEvent(event);
     }
   }
+
+ private:
+  bool question_;
 };
 
 std::string oneLine(const std::string& text) {
@@ -104,7 +108,7 @@ MessageAnswer DesktopDialogs::message(const MessageBoxRequest& request) {
     std::fputs(line.c_str(), stderr);
     return yesNo ? MessageAnswer::kYes : MessageAnswer::kOk;
   }
-  AnsweredBox box(QApplication::activeWindow());
+  AnsweredBox box(yesNo, QApplication::activeWindow());
   box.setObjectName(QStringLiteral("messageBox"));
   box.setTextFormat(Qt::PlainText);
   box.setWindowTitle(titleOf(request.title));

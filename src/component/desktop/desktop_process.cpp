@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QCursor>
 #include <QMetaObject>
+#include <QThread>
+#include <QVariant>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -12,6 +14,22 @@
 #include "foundation/runtime_error.h"
 
 namespace zel {
+namespace {
+
+constexpr const char* kQuitRequest = "_zel_quitRequest";  // a property of the application
+
+void quit(int exitCode) {
+  QCoreApplication* application = QCoreApplication::instance();
+  application->setProperty(kQuitRequest, exitCode);
+  // With no loop running the toolkit would only refuse to run any other, such as a box's.
+  if (QThread::currentThread()->loopLevel() == 0) return;
+  QObject::connect(
+      application, &QCoreApplication::aboutToQuit, application, [] { forgetQuitRequest(); },
+      Qt::SingleShotConnection);
+  QCoreApplication::exit(exitCode);
+}
+
+}  // namespace
 
 void DesktopPointer::set(PointerShape shape) {
   if (!canShowWidgets()) return;
@@ -25,12 +43,23 @@ void DesktopPointer::set(PointerShape shape) {
   hourglass_ = wanted;
 }
 
+std::optional<int> keptQuitRequest() {
+  if (QCoreApplication::instance() == nullptr) return std::nullopt;
+  const QVariant request = QCoreApplication::instance()->property(kQuitRequest);
+  return request.isValid() ? std::optional<int>(request.toInt()) : std::nullopt;
+}
+
+void forgetQuitRequest() {
+  if (QCoreApplication::instance() != nullptr)
+    QCoreApplication::instance()->setProperty(kQuitRequest, QVariant());
+}
+
 void DesktopEventLoop::postQuit(int exitCode) {
   QCoreApplication* application = QCoreApplication::instance();
   if (application == nullptr) return;
   // Posted, so that the procedure that failed is left first and a loop that has yet to start ends as well.
   QMetaObject::invokeMethod(
-      application, [exitCode] { QCoreApplication::exit(exitCode); }, Qt::QueuedConnection);
+      application, [exitCode] { quit(exitCode); }, Qt::QueuedConnection);
 }
 
 void DesktopEventLoop::processPending() {

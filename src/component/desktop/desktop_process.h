@@ -2,6 +2,8 @@
 // nothing.
 #pragma once
 
+#include <optional>
+
 #include "platform/process_services.h"
 
 namespace zel {
@@ -16,9 +18,15 @@ class DesktopPointer final : public Pointer {
 
 class DesktopEventLoop final : public EventLoop {
  public:
+  // Ends the running event loop, or the next, with the code. For hosts that have none and handle events now
+  // and then, the request is kept with the application until its event loop ends or it is taken.
   void postQuit(int exitCode) override;
   void processPending() override;
 };
+
+// The exit code of a quit that was asked for and that no event loop has carried out.
+std::optional<int> keptQuitRequest();
+void forgetQuitRequest();
 
 class SystemClock final : public Clock {
  public:

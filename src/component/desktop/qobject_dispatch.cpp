@@ -1,5 +1,3 @@
-#include "component/desktop/qobject_dispatch.h"
-
 #include <QMetaProperty>
 #include <QMetaType>
 #include <QObject>
@@ -12,6 +10,7 @@
 
 #include "foundation/rounding.h"
 #include "foundation/text.h"
+#include "zel/qobject.h"
 
 namespace zel {
 namespace {

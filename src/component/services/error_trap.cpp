@@ -115,8 +115,12 @@ void ErrorTrap::ErrTrap(const std::string& location, bool prompt, const ErrorInf
 }
 
 bool ErrorTrap::InDesignEnvironment() const {
-  const std::string path = services_.process->moduleFileName().substr(0, kModulePathBuffer);
-  return upperCase(fileNameOf(path)) == kDesignEnvironment;
+  try {
+    const std::string path = services_.process->moduleFileName().substr(0, kModulePathBuffer);
+    return upperCase(fileNameOf(path)) == kDesignEnvironment;
+  } catch (...) {
+    return false;
+  }
 }
 
 void TrappedModule::report(std::string_view procedure) noexcept {

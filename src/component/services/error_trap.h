@@ -37,7 +37,8 @@ class ErrorTrap {
 
   // Never throws. A null error is "nothing": the message then carries no description and the exit code is 0.
   void ErrTrap(const std::string& location, bool prompt, const ErrorInformation* error) noexcept;
-  // Whether the program that loaded the component is the design environment.
+  // Whether the program that loaded the component is the design environment. A program whose name cannot be
+  // told is not, so that the user's "No" still ends it in good order.
   bool InDesignEnvironment() const;
 
  private:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "automation/client_text.h"
 #include "component/services/characters.h"
 #include "foundation/runtime_error.h"
 
@@ -48,16 +49,7 @@ std::string HostServices::clientTitle() const { return clientText("Title"); }
 std::string HostServices::clientPath() const { return clientText("Path"); }
 
 std::string HostServices::clientText(std::string_view property) const {
-  if (client_ == nullptr) throw RuntimeError::objectVariableNotSet();
-  AutomationValue value;
-  try {
-    value = client_->get(property);
-  } catch (const AutomationError& error) {
-    if (error.code() == AutomationErrorCode::kMemberNotFound) throw RuntimeError::propertyNotFound();
-    throw;
-  }
-  if (value.kind() == AutomationValue::Kind::kObject) throw RuntimeError::typeMismatch();
-  return value.display();
+  return zel::clientText(client_, property);
 }
 
 void HostServices::Init() {
@@ -75,6 +67,14 @@ void HostServices::Init() {
     make(versionInfo, factory_.versionInfo, client_);
     setUpDone_ = true;
   });
+}
+
+void HostServices::discardSetUp() {
+  toolApplication_.reset();
+  windowPlacement_.reset();
+  linkBudgetTool_.reset();
+  sourceLists_.reset();
+  setUpDone_ = false;
 }
 
 void HostServices::Refresh() {

@@ -33,7 +33,7 @@ class HostServices {
   const DispatchPtr& client() const { return client_; }
   void bind(DispatchPtr client) { client_ = std::move(client); }
 
-  // Read from the client by name each time. Throw RuntimeError 91 without a client, 438 without the property.
+  // Read from the client by name each time; they throw as zel::clientText does.
   std::string clientTitle() const;
   std::string clientPath() const;
   std::string clientText(std::string_view property) const;
@@ -41,6 +41,8 @@ class HostServices {
   // The one-time set-up: makes the tool objects and hands each the client. Runs until it has once succeeded.
   void Init();
   bool setUp() const { return setUpDone_; }
+  // Lets the tool objects go; the next Init makes them anew.
+  void discardSetUp();
   // After every SetClientApp: OptionButtonVisible and the two strings of the ToolApplication.
   void Refresh();
   // Only the two strings; without a ToolApplication they stay as they are.

@@ -7,8 +7,7 @@
 
 namespace zel {
 
-// The client's Title, read anew at each call, since a host may change it. Throws RuntimeError 91 without a
-// client, 438 when it has no Title, 13 when its Title is no text.
+// The client's Title, read anew at each call; throws as clientText does.
 std::string clientTitle(const DispatchPtr& client);
 
 }  // namespace zel

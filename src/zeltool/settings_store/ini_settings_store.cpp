@@ -6,10 +6,10 @@
 #include <optional>
 #include <utility>
 
-#include "foundation/home_folder.h"
 #include "foundation/runtime_error.h"
 #include "zeltool/settings_store/ini_document.h"
 #include "zeltool/settings_store/settings_files.h"
+#include "zeltool/user_folders/user_folders.h"
 
 namespace zel {
 

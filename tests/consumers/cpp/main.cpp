@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -52,6 +53,9 @@ class Application final : public zel::Dispatch {
   std::string folder_;
 };
 
+// Outlives main and, made later, the library's own static objects.
+std::unique_ptr<zel::ProfileControl> globalProfiler;
+
 }  // namespace
 
 int main(int, char** argv) {
@@ -77,6 +81,13 @@ int main(int, char** argv) {
   } catch (const zel::AutomationError& error) {
     require(error.code() == zel::AutomationErrorCode::kOverflow, "the error crosses the library's boundary");
   }
+  const unsigned long lines = 5;
+  interface.let("RangeLines", lines);
+  require(profiler.get_RangeLines() == 5, "an integer of any type is taken");
+  interface.call("SetClientApp", {application});
+  interface.call("SetClientApp", {nullptr});
+  require(zel::makePropertyBag({{"Host", application}})->get("Host").toObject() == application,
+          "an object is taken by the pointer that the host has");
   zel::ProfileControl second;
   require(second.get_ElevLines() == 4, "both objects share one state");
 
@@ -90,6 +101,8 @@ int main(int, char** argv) {
       zel::sampleTerrain({sta1.Lat, sta1.Lon}, {sta2.Lat, sta2.Lon}, 11, 0, 3);
   require(terrain.status == 0 && terrain.elevations.size() == 11, "the installed sample terrain is found");
   require(terrain.provenance.bundledSample, "the sample terrain says that it stands in");
+
+  globalProfiler = std::make_unique<zel::ProfileControl>();
   std::cout << "consumer: loss " << loss << " dB\n";
   return 0;
 }

@@ -23,10 +23,12 @@ TEST(ClientTitle, IsReadAnewAtEachCall) {
   EXPECT_EQ(clientTitle(client), "Planner 2");
 }
 
+TEST(ClientTitle, IsTheTextOfANumber) { EXPECT_EQ(clientTitle(makePropertyBag({{"Title", 5}})), "5"); }
+
 TEST(ClientTitle, RaisesAnErrorWithoutAClientOrATitle) {
   EXPECT_EQ(errorNumberOf(nullptr), 91);
   EXPECT_EQ(errorNumberOf(makePropertyBag({{"Path", "/var/log"}})), 438);
-  EXPECT_EQ(errorNumberOf(makePropertyBag({{"Title", std::int32_t{5}}})), 13);
+  EXPECT_EQ(errorNumberOf(makePropertyBag({{"Title", makePropertyBag({})}})), 13);
 }
 
 }  // namespace

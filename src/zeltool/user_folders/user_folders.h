@@ -1,4 +1,4 @@
-// The user's home folder.
+// The folders that belong to the user.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "foundation/home_folder.h"
+#include "zeltool/user_folders/user_folders.h"
 
 #include <pwd.h>
 #include <unistd.h>
