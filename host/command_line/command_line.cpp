@@ -31,9 +31,11 @@ struct RunOptions {
 void addRunOptions(CLI::App& program, RunOptions& options) {
   program.add_option("--terrain", options.terrain, "Raster or folder of rasters for this run (repeatable)")
       ->type_name("PATH")
+      ->check(valueProblem)
       ->allow_extra_args(false);
   program.add_option("--set", options.settings, "Setting for this run (repeatable)")
       ->type_name("SECTION/KEY=VALUE")
+      ->check(valueProblem)
       ->allow_extra_args(false);
   program
       .add_option("--datum", options.datum, "Datum of the positions: nad83 (as WGS 84, the default) or nad27")
@@ -112,7 +114,9 @@ int runCommandLine(int argc, char** argv) {
     if (const auto problem = settingsProblem(kApplicationTitle))
       throw CommandFailure(*problem + "; see that the file and its folder may be read and written");
     const auto component = bindComponent();
-    return run(argc, argv, *component);
+    const int exitCode = run(argc, argv, *component);
+    finishStandardOutput();
+    return exitCode;
   } catch (const UsageError& error) {
     note(error.what());
     return kWrongUsage;

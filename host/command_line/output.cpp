@@ -24,10 +24,24 @@ CommandFailure cannotWrite(const std::string& path, int error) {
                         "; nothing was changed, name a file in a folder that you may write to");
 }
 
+// Through links the file that they name is replaced, not the link; that file need not exist.
+std::string behindLinks(const std::string& path) {
+  constexpr int kMostLinks = 40;  // as many as the system follows
+  std::filesystem::path file = path;
+  std::error_code none;
+  for (int link = 0; std::filesystem::is_symlink(std::filesystem::symlink_status(file, none)); ++link) {
+    if (link == kMostLinks) throw cannotWrite(path, ELOOP);
+    file = file.parent_path() / std::filesystem::read_symlink(file, none);
+  }
+  return file.string();
+}
+
 // The descriptor of a new file beside the target, closed and removed unless it was renamed into place.
 class FileBeside {
  public:
   explicit FileBeside(const std::string& target) : target_(target), name_(target + ".XXXXXX") {
+    if (access(target_.c_str(), F_OK) == 0 && access(target_.c_str(), W_OK) != 0)
+      throw cannotWrite(target_, errno);
     descriptor_ = mkostemp(name_.data(), O_CLOEXEC);
     if (descriptor_ < 0) throw cannotWrite(target_, errno);
   }
@@ -49,10 +63,17 @@ class FileBeside {
     }
   }
 
-  void renameIntoPlace() {
+  // The rights of the file that is replaced; of a new one what the user's mask leaves.
+  mode_t wantedMode() const {
+    struct stat before {};
+    if (stat(target_.c_str(), &before) == 0) return before.st_mode & 07777U;
     const mode_t mask = umask(0);
     umask(mask);
-    fchmod(descriptor_, 0666 & ~mask);
+    return 0666U & ~mask;
+  }
+
+  void renameIntoPlace() {
+    fchmod(descriptor_, wantedMode());
     if (fsync(descriptor_) != 0 || rename(name_.c_str(), target_.c_str()) != 0)
       throw cannotWrite(target_, errno);
     close(descriptor_);
@@ -90,20 +111,28 @@ std::string significant(double value, int digits) {
   return {buffer.data(), end.ptr};
 }
 
+void finishStandardOutput() {
+  errno = 0;
+  std::cout.flush();
+  if (std::cout) return;
+  const std::string reason = errno == 0 ? std::string() : ": " + std::string(std::strerror(errno));
+  std::cout.clear();  // the stream is done with; nothing is reported twice
+  throw CommandFailure("cannot write to standard output" + reason + "; see where it is sent to");
+}
+
 void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
   if (path == "-") {
     write(std::cout);
-    std::cout.flush();
-    if (!std::cout)
-      throw CommandFailure("cannot write to standard output: " + std::string(std::strerror(errno)));
+    finishStandardOutput();
     return;
   }
-  if (std::filesystem::is_directory(path))
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored))
     throw CommandFailure("cannot write " + path + ": it is a folder; name a file");
   std::ostringstream content;
   write(content);
   // A device or a pipe cannot be replaced by a file, and has no content to lose.
-  if (std::filesystem::exists(path) && !std::filesystem::is_regular_file(path)) {
+  if (std::filesystem::exists(path, ignored) && !std::filesystem::is_regular_file(path, ignored)) {
     std::FILE* device = std::fopen(path.c_str(), "wb");
     const std::string text = content.str();
     const bool written = device != nullptr && std::fwrite(text.data(), 1, text.size(), device) == text.size();
@@ -111,10 +140,7 @@ void writeFile(const std::string& path, const std::function<void(std::ostream&)>
     if (!written || !closed) throw cannotWrite(path, errno);
     return;
   }
-  // Through a link the file that it names is replaced, not the link.
-  std::error_code ignored;
-  const std::filesystem::path real = std::filesystem::canonical(path, ignored);
-  FileBeside beside(ignored ? path : real.string());
+  FileBeside beside(behindLinks(path));
   beside.write(content.str());
   beside.renameIntoPlace();
 }

@@ -19,6 +19,9 @@ std::string significant(double value, int digits);
 // disk. "-" is standard output. Throws CommandFailure.
 void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write);
 
+// Throws CommandFailure when what was written to standard output did not get there.
+void finishStandardOutput();
+
 // One line on standard error, headed by the program's name; line breaks in it become "; ".
 void note(std::string_view text);
 

@@ -91,7 +91,7 @@ std::string verdictSentence(PathVerdict verdict) {
     case PathVerdict::kUnknown:
       break;
   }
-  return "unknown: no sample between the stations has a height";
+  return "unknown: ground between the stations has no height; the clearance holds where it has one";
 }
 
 void printSummary(const PathProfile& profile, const std::string& csv) {
@@ -133,6 +133,8 @@ void printSummary(const PathProfile& profile, const std::string& csv) {
 void runProfile(const ProfileOptions& options) {
   const StationInput from = stationOption("--from", options.from);
   const StationInput to = stationOption("--to", options.to);
+  if (options.json && options.output == "-")
+    throw UsageError("--json and -o - both want standard output; give the CSV a file");
   const PathProfile profile =
       computePathProfile({from.position, to.position, from.height, to.height, options.k, options.frequency});
   if (profile.status != 0) throw CommandFailure(profile.error);
@@ -140,7 +142,8 @@ void runProfile(const ProfileOptions& options) {
     writeFile(options.output, [&profile](std::ostream& out) { writeCsv(out, profile); });
   if (options.output == "-") return;  // standard output is the CSV's
   if (options.json)
-    std::cout << profileJson(profile, options.output).dump(2) << '\n';
+    std::cout << profileJson(profile, options.output).dump(2, ' ', false, Json::error_handler_t::replace)
+              << '\n';
   else
     printSummary(profile, options.output);
 }
@@ -151,16 +154,23 @@ void addProfileCommand(CLI::App& program) {
   auto options = std::make_shared<ProfileOptions>();
   CLI::App* command =
       program.add_subcommand("profile", "Profile of a path: summary, clearance and verdict, CSV");
-  command->add_option("--from", options->from, "Start station")->type_name("LAT,LON[,HEIGHT]")->required();
+  command->add_option("--from", options->from, "Start station")
+      ->type_name("LAT,LON[,HEIGHT]")
+      ->check(valueProblem)
+      ->check(valueProblem)
+      ->required();
   command->add_option("--to", options->to, "End station")->type_name("LAT,LON[,HEIGHT]")->required();
   command->add_option("--k", options->k, "Effective-earth factor; by default the setting Profile/Prf_Crv")
+      ->check(positiveNumberProblem)
       ->type_name("K");
   command->add_option("--frequency", options->frequency, "Frequency; by default the setting Profile/Prf_Freq")
+      ->check(positiveNumberProblem)
       ->type_name("MHZ");
   command->add_flag("--json", options->json, "Print the summary as JSON");
   command
       ->add_option("-o,--output", options->output,
                    "Write the profile as CSV to this file; - is standard output")
+      ->check(valueProblem)
       ->type_name("FILE");
   command->footer(
       "Heights are metres above ground; without one the settings Profile/Prf_HtL and Profile/Prf_HtR hold.\n"

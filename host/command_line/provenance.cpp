@@ -7,6 +7,7 @@ namespace zel::host {
 std::string terrainSentence(const TerrainProvenance& terrain) {
   std::string text = terrain.sourceName + " (code " + std::to_string(terrain.sourceCode) + "): ";
   if (terrain.bundledSample) text += "the bundled sample terrain stands in, because no source is set; ";
+  if (terrain.files.empty()) text += "no raster had a height";
   for (std::size_t i = 0; i < terrain.files.size(); ++i) text += (i == 0 ? "" : ", ") + terrain.files[i];
   if (!terrain.datumOperation.empty())
     text += "; positions are NAD-27, converted by " + terrain.datumOperation;

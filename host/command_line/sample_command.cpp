@@ -31,8 +31,8 @@ void writeSamples(std::ostream& out, const SampledTerrain& sampled) {
 }
 
 void runSample(const SampleOptions& options) {
-  const StationInput from = stationOption("--from", options.from);
-  const StationInput to = stationOption("--to", options.to);
+  const StationInput from = positionOption("--from", options.from);
+  const StationInput to = positionOption("--to", options.to);
   const std::int32_t method = options.method == "bivariate" ? 1 : 0;
   const SampledTerrain sampled =
       sampleTerrain(from.position, to.position, options.points, method, options.source);
@@ -54,9 +54,14 @@ void addSampleCommand(CLI::App& program) {
       program.add_subcommand("sample", "Terrain heights at evenly spaced points of a path, as CSV");
   command->add_option("--from", options->from, "Position of the first sample")
       ->type_name("LAT,LON")
+      ->check(valueProblem)
       ->required();
-  command->add_option("--to", options->to, "Position of the last sample")->type_name("LAT,LON")->required();
+  command->add_option("--to", options->to, "Position of the last sample")
+      ->type_name("LAT,LON")
+      ->check(valueProblem)
+      ->required();
   command->add_option("--points", options->points, "Number of samples, both ends included (2 to 32767)")
+      ->check(CLI::Range(2, 32767))
       ->type_name("N")
       ->required();
   options->method = "4point";
@@ -65,9 +70,11 @@ void addSampleCommand(CLI::App& program) {
       ->capture_default_str();
   options->source = 3;
   command->add_option("--source", options->source, "Terrain source code")
+      ->check(valueProblem)
       ->check(CLI::IsMember({1, 2, 3, 7, 9}))
       ->capture_default_str();
   command->add_option("-o,--output", options->output, "File for the CSV; - is standard output")
+      ->check(valueProblem)
       ->type_name("FILE")
       ->capture_default_str();
   command->footer(

@@ -50,10 +50,24 @@ void setSetting(std::string text, std::string value, bool hasValue) {
     text.resize(equals);
   }
   const SettingName name = settingName(text);
+  storeSetting(name.section, name.key, value);
   if (!name.known) note(text + " is not a setting that the profiler reads; it is stored all the same");
   if (const auto problem = settingProblem(name.section, name.key, value))
     note(text + " = \"" + value + "\": " + *problem + "; it is stored all the same");
-  storeSetting(name.section, name.key, value);
+}
+
+// A value as it stands in a list of lines.
+std::string oneLine(const std::string& value) {
+  std::string text;
+  for (const char c : value) {
+    if (c == '\n')
+      text += "\\n";
+    else if (c == '\r')
+      text += "\\r";
+    else
+      text += c;
+  }
+  return text;
 }
 
 std::string defaultRemark(const SettingDescription& setting) {
@@ -69,7 +83,7 @@ void listSettings() {
     const auto found = stored.find({setting.section, setting.key});
     const bool isStored = found != stored.end();
     std::cout << setting.section << '/' << setting.key << '='
-              << (isStored ? found->second.value : setting.defaultText) << "  # "
+              << oneLine(isStored ? found->second.value : setting.defaultText) << "  # "
               << (!isStored                  ? defaultRemark(setting)
                   : found->second.forThisRun ? "for this run"
                                              : "stored")
@@ -80,7 +94,7 @@ void listSettings() {
     if (isStored) stored.erase(found);
   }
   for (const auto& [name, value] : stored)
-    std::cout << name.first << '/' << name.second << '=' << value.value
+    std::cout << name.first << '/' << name.second << '=' << oneLine(value.value)
               << (value.forThisRun ? "  # for this run" : "  # stored") << "; not read by the profiler\n";
 }
 

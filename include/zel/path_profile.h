@@ -41,7 +41,7 @@ enum class PathVerdict {
   kClear,     // 60 % of the first Fresnel zone or more is free everywhere
   kMarginal,  // the line of sight is free, but less than 60 % of the zone
   kBlocked,   // the ground reaches above the line of sight
-  kUnknown,   // no sample between the ends has a height
+  kUnknown,   // ground between the ends has no height, and none that has one blocks the path
 };
 
 // "clear", "marginal", "blocked", "unknown".

@@ -49,6 +49,7 @@ SourceDefinition TerrainSources::definition(int code) const {
   const std::lock_guard lock(mutex_);
   if (readAnew) known_[code] = source;
   if (!forThisRun_.empty() && !source.paths.empty()) {
+    source.name = "terrain given for this run";
     source.paths = forThisRun_;
     source.bundledSample = false;
   }

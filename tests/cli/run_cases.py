@@ -4,6 +4,7 @@
 A file is a list of cases, each with a name that is a sentence, and steps or one step itself:
   args      list of arguments; {dir} is the case's own empty folder, {data} the bundled terrain's
   stdin     text given on standard input
+  to        a device that standard output goes to
   exit      expected exit code, 0 unless given
   stdout    expected text (whole), or
   out       list of regular expressions, each found in standard output
@@ -15,6 +16,7 @@ A file is a list of cases, each with a name that is a sentence, and steps or one
   csv       object: "header" (list), "rows" (count), "cells" (list of [row, column name, value, tolerance])
 Every case has settings of its own. Standard error is expected to be one line when the exit code is not 0.
 """
+import contextlib
 import csv
 import io
 import json
@@ -47,8 +49,10 @@ def check_step(program, step, folder, environment):
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "w", encoding="utf-8") as file:
             file.write(content)
-    done = subprocess.run([program] + [fill(a) for a in step["args"]], input=step.get("stdin", ""), cwd=folder,
-                          env=environment, capture_output=True, text=True, timeout=120, check=False)
+    with open(step["to"], "w", encoding="utf-8") if "to" in step else contextlib.nullcontext(subprocess.PIPE) as out:
+        done = subprocess.run([program] + [fill(a) for a in step["args"]], input=step.get("stdin", ""), cwd=folder,
+                              env=environment, stdout=out, stderr=subprocess.PIPE, text=True, timeout=120, check=False)
+    done.stdout = done.stdout or ""
     wanted = step.get("exit", 0)
     if done.returncode != wanted:
         faults.append(f"exit code {done.returncode}, wanted {wanted}")

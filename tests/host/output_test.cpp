@@ -86,6 +86,27 @@ TEST_F(OutputFile, IsReadableAsTheUsersMaskSays) {
   EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
+TEST_F(OutputFile, KeepsTheRightsOfTheFileThatItReplaces) {
+  writeFile(file_, [](std::ostream& out) { out << "old"; });
+  fs::permissions(file_, fs::perms::owner_read | fs::perms::owner_write);
+  writeFile(file_, [](std::ostream& out) { out << "new"; });
+  EXPECT_EQ(fs::status(file_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(OutputFile, IsMadeWhereALinkWithoutAFileLeads) {
+  fs::create_symlink("out.csv", folder_ / "link.csv");
+  writeFile(folder_ / "link.csv", [](std::ostream& out) { out << "new"; });
+  EXPECT_TRUE(fs::is_symlink(folder_ / "link.csv"));
+  EXPECT_EQ(read(file_), "new");
+}
+
+TEST_F(OutputFile, RefusesARingOfLinksAndANameThatIsTooLong) {
+  fs::create_symlink("b", folder_ / "a");
+  fs::create_symlink("a", folder_ / "b");
+  EXPECT_THROW(writeFile(folder_ / "a", [](std::ostream&) {}), CommandFailure);
+  EXPECT_THROW(writeFile(folder_ / std::string(300, 'x'), [](std::ostream&) {}), CommandFailure);
+}
+
 TEST_F(OutputFile, SaysWhatIsWrongWithAPathThatCannotBeWritten) {
   EXPECT_THROW(writeFile(folder_, [](std::ostream&) {}), CommandFailure);
   EXPECT_THROW(writeFile(folder_ / "none" / "out.csv", [](std::ostream&) {}), CommandFailure);

@@ -127,6 +127,20 @@ TEST(ExactProfile, VoidsCarryNoClearanceAndAreCounted) {
   EXPECT_EQ(profile.worst->sample, 2U);
 }
 
+TEST(ExactProfile, WithAVoidOnTheWayOnlyABlockedPathIsCertain) {
+  const std::vector<float> open{0, kVoidHeight, 0, 0, 0};
+  ExactProfileRequest request = requestFor(open, 4);
+  request.startAntenna = request.endAntenna = 500;
+  ASSERT_TRUE(exactProfile(request).worst) << "the known ground is measured all the same";
+  EXPECT_EQ(exactProfile(request).verdict, ClearanceVerdict::kUnknown) << "the void may hide an obstacle";
+  const std::vector<float> filled{0, 0, 0, 0, 0};
+  request.heights = filled;
+  EXPECT_EQ(exactProfile(request).verdict, ClearanceVerdict::kClear);
+  const std::vector<float> wall{0, kVoidHeight, 900, 0, 0};
+  request.heights = wall;
+  EXPECT_EQ(exactProfile(request).verdict, ClearanceVerdict::kBlocked);
+}
+
 TEST(ExactProfile, WithVoidsAllTheWayBetweenTheEndsThereIsNoVerdict) {
   const std::vector<float> heights{100, kVoidHeight, kVoidHeight, 100};
   const ExactProfile profile = exactProfile(requestFor(heights, 4));

@@ -226,7 +226,9 @@ TEST_F(SettingsReaders, TerrainPathsAndCacheSizeAreRead) {
   EXPECT_EQ(readTerrainPaths(reader, 4), "");
   EXPECT_EQ(readTerrainCacheMB(reader), 256);
   store.set("Terrain", "CacheMB", "-5");
-  EXPECT_EQ(readTerrainCacheMB(reader), 1);
+  EXPECT_EQ(readTerrainCacheMB(reader), 8);
+  store.set("Terrain", "CacheMB", "99999999999");
+  EXPECT_EQ(readTerrainCacheMB(reader), 65536);
 }
 
 TEST_F(SettingsReaders, BooleansAreReadInEveryFormThatHostsWrite) {

@@ -112,8 +112,7 @@ TEST(SettingProblem, AcceptsTheEndsOfARangeAndRefusesWhatLiesBeyond) {
 TEST(SettingProblem, SaysWhatTheSettingTakes) {
   EXPECT_EQ(settingProblem(settings::kPrfPer, "abc"),
             "Profile/Prf_Per takes a whole number from 10 to 99 (1/km), not \"abc\"");
-  EXPECT_EQ(settingProblem(settings::kPrfTRes, "5"),
-            "Profile/Prf_TRes takes one of 1,2,3,7,9, not \"5\"");
+  EXPECT_EQ(settingProblem(settings::kPrfTRes, "5"), "Profile/Prf_TRes takes one of 1,2,3,7,9, not \"5\"");
 }
 
 TEST(SettingProblem, TakesBooleansAndChoicesInAnyCaseAndAnyTextWhereTextIsMeant) {

@@ -83,6 +83,14 @@ class ProfileComputation {
     return std::string(setting.section) + "/" + std::string(setting.key);
   }
 
+  // "from the setting Profile/Prf_Freq", or that nothing is stored there.
+  std::string originOf(const Setting& setting) const {
+    constexpr std::string_view kNothing = "\x01";  // no stored text
+    const bool stored = component_.settings().ReadSetting(component_.host().clientTitle(), setting.section,
+                                                          setting.key, kNothing) != kNothing;
+    return (stored ? "from the setting " : "the default, since nothing is stored in ") + nameOf(setting);
+  }
+
   // A number of the settings; one that does not fit its type is refused by name.
   template <typename Read>
   auto number(const Setting& setting, Read&& read) const {
@@ -103,7 +111,7 @@ class ProfileComputation {
         throw Refusal{"the setting " + nameOf(setting) + " is " + std::to_string(height) +
                       " m; set an antenna height of 1 to 750 m"};
       profile_.notes.push_back("no antenna height is given for the " + std::string(which) + ": " +
-                               std::to_string(height) + " m from the setting " + nameOf(setting));
+                               std::to_string(height) + " m, " + originOf(setting));
       return height;
     }
     if (!(*given >= 0 && *given <= kHighestAntenna))
@@ -130,8 +138,8 @@ class ProfileComputation {
       value = *given;
     } else {
       value = decimalValue(number(setting, [&] { return settings_.real32(setting, SettingsUser::kDialog); }));
-      profile_.notes.push_back("the " + what + " is not given: " + generalNumber(value) + unit +
-                               " from the setting " + nameOf(setting));
+      profile_.notes.push_back("the " + what + " is not given: " + generalNumber(value) + unit + ", " +
+                               originOf(setting));
     }
     if (!(value > 0 && value <= kHighest))
       throw Refusal{"the " + what + " is " + generalNumberOrText(value) + unit +

@@ -90,6 +90,9 @@ ExactProfile exactProfile(const ExactProfileRequest& request) {
     addClearances(request, profile.samples);
     profile.worst = worstOf(profile.samples);
     if (profile.worst) profile.verdict = verdictFor(profile.worst->fraction);
+    // What lies in a void may be higher; only a path that is blocked by known ground is judged for certain.
+    if (profile.voids > 0 && profile.verdict != ClearanceVerdict::kBlocked)
+      profile.verdict = ClearanceVerdict::kUnknown;
   }
   return profile;
 }

@@ -63,8 +63,7 @@ struct WorstObstacle {
 };
 
 // Clear at 60 % and more of the first zone, marginal from 0 to 60 %, blocked below 0. Unknown when no sample
-// between the ends has a ground. Voids between the ends are not judged: the verdict holds for what is known,
-// and they are counted.
+// between the ends has a ground, and when there are voids, unless known ground already blocks the path.
 enum class ClearanceVerdict : std::uint8_t { kUnknown, kClear, kMarginal, kBlocked };
 
 struct ExactProfile {

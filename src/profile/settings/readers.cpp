@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/number_text.h"
+#include "foundation/rounding.h"
 
 namespace zel {
 
@@ -115,7 +116,9 @@ std::string readTerrainPaths(const SettingsReader& reader, int code) {
 }
 
 std::int32_t readTerrainCacheMB(const SettingsReader& reader) {
-  return std::max(1, reader.int32(settings::kTerrainCacheMB, SettingsUser::kTerrain));
+  const SettingRange range = *settings::kTerrainCacheMB.range;
+  return toInt32(
+      std::clamp(reader.real64(settings::kTerrainCacheMB, SettingsUser::kTerrain), range.low, range.high));
 }
 
 }  // namespace zel

@@ -94,7 +94,7 @@ PtpSettings readPtpSettings(const SettingsReader& reader);
 // The files and folders of a terrain source as stored, ";" between; empty when it is not set and for a code
 // that is none.
 std::string readTerrainPaths(const SettingsReader& reader, int code);
-// Memory for decoded terrain in MiB, at least 1.
+// Memory for decoded terrain in MiB; a value outside the setting's range is brought into it.
 std::int32_t readTerrainCacheMB(const SettingsReader& reader);
 
 }  // namespace zel

@@ -228,7 +228,7 @@ inline constexpr Setting kTerrainCacheMB{"Terrain",
                                          "256",
                                          "MiB",
                                          "memory for decoded terrain",
-                                         SettingRange{1, 65536}};
+                                         SettingRange{8, 65536}};
 
 inline constexpr Setting kPtpPolarization{
     "PTP",
