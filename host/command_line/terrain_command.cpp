@@ -1,4 +1,5 @@
 // terrain: the sources and what rasters hold.
+#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -43,7 +44,8 @@ void describe(const TerrainRaster& raster) {
             << "  cell               " << significant(raster.cellWidth, 10) << " x "
             << significant(raster.cellHeight, 10) << ' ' << raster.cellUnit << '\n'
             << "  heights            "
-            << (usable > 0 ? range(raster.lowest, raster.highest, 1) + " m" : std::string("none"))
+            << (usable > 0 && !std::isnan(raster.lowest) ? range(raster.lowest, raster.highest, 1) + " m"
+                                                         : std::string("none"))
             << (raster.heightUnit.empty() || raster.heightUnit == "metre" || raster.heightUnit == "m"
                     ? std::string()
                     : " (file in " + raster.heightUnit + ")")
@@ -51,6 +53,7 @@ void describe(const TerrainRaster& raster) {
             << "  voids              " << raster.voids << '\n'
             << "  horizontal datum   " << raster.horizontalDatum << '\n'
             << "  vertical datum     " << raster.verticalDatum << '\n';
+  if (!raster.remark.empty()) std::cout << "  remark             " << raster.remark << '\n';
 }
 
 void showRasters(const std::vector<std::string>& paths) {

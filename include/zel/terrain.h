@@ -67,6 +67,7 @@ ZEL_API void useTerrainForThisRun(const std::vector<std::string>& paths);
 struct TerrainRaster {
   std::string path;
   std::string problem;  // why it cannot be used as terrain; empty when it can
+  std::string remark;   // what is doubtful about a usable raster, as parts that cannot be read; else empty
   std::string format;
   double south = 0, west = 0, north = 0, east = 0;  // degrees
   std::int32_t columns = 0, rows = 0;
@@ -75,7 +76,7 @@ struct TerrainRaster {
   bool postsOnCorners = false;
   std::string dataType;
   std::string heightUnit;          // of the file
-  double lowest = 0, highest = 0;  // metres
+  double lowest = 0, highest = 0;  // metres; not a number when nothing readable was found
   std::int64_t voids = 0;
   std::string horizontalDatum;  // "unknown" when the file names none
   std::string verticalDatum;

@@ -94,6 +94,7 @@ std::vector<TerrainRaster> terrainRasters(const std::string& path) {
     TerrainRaster raster;
     raster.path = std::move(info.path);
     raster.problem = std::move(info.problem);
+    raster.remark = std::move(info.remark);
     raster.format = std::move(info.driver);
     raster.south = info.south;
     raster.west = info.west;

@@ -121,18 +121,17 @@ std::int32_t OpenRaster::rows() const { return band_->GetYSize(); }
 
 std::unique_ptr<OpenRaster> OpenRaster::open(const std::string& path, std::string& problem) {
   GdalSession session;
-  GDALDriverH driver = GDALIdentifyDriverEx(path.c_str(), GDAL_OF_RASTER, localRasterDrivers(), nullptr);
-  if (driver && std::string_view(GDALGetDescription(driver)) == "VRT") {
-    problem = virtualRasterRefusal(path);
-    if (!problem.empty()) return nullptr;
-  }
+  problem = attachmentRefusal(path);
+  if (!problem.empty()) return nullptr;
   session.takeError();
   std::unique_ptr<OpenRaster> raster(new OpenRaster);
   raster->dataset_.reset(GDALDataset::Open(path.c_str(),
                                            GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
                                            localRasterDrivers(), nullptr, nullptr));
   if (!raster->dataset_) {
-    problem = "it cannot be opened" + afterColon(session.takeError());
+    const std::string why = session.takeError(), foreign = foreignFormat(path);
+    problem = foreign.empty() ? "it cannot be opened" + afterColon(why)
+                              : "its format (" + foreign + ") is not read";
     return nullptr;
   }
   problem = raster->refusal();

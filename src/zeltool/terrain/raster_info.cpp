@@ -22,6 +22,7 @@ namespace {
 constexpr std::int32_t kStep = 512;  // cells read at once, each way
 constexpr std::int64_t kMostSteps =
     8192;  // two thousand million cells, some seconds; larger rasters are read in part
+constexpr std::int64_t kMostUnreadable = 64;  // parts, after which no more of the raster is read
 constexpr const char* kUnknown = "unknown";
 
 struct ObjectCloser {
@@ -86,30 +87,61 @@ std::string cellUnitOf(const OGRSpatialReference* crs) {
   return name ? name : kUnknown;
 }
 
+void addRemark(RasterInfo& info, const std::string& remark) {
+  if (remark.empty()) return;
+  info.remark += (info.remark.empty() ? "" : "; ") + remark;
+}
+
+// The range and voids of what is read, block by block.
+class HeightMeasure {
+ public:
+  explicit HeightMeasure(RasterInfo& info) : info_(info) {}
+  void add(const HeightBlock& block) {
+    for (const float height : block.heights) {
+      if (std::isnan(height)) {
+        ++info_.voids;
+        continue;
+      }
+      const double metres = static_cast<double>(height);
+      info_.lowest = found_ ? std::min(info_.lowest, metres) : metres;
+      info_.highest = found_ ? std::max(info_.highest, metres) : metres;
+      found_ = true;
+    }
+  }
+  bool found() const { return found_; }
+
+ private:
+  RasterInfo& info_;
+  bool found_ = false;
+};
+
 // Row by row of windows, since many files keep whole rows; of a larger raster, evenly chosen ones.
 void measureHeights(const OpenRaster& raster, RasterInfo& info) {
   const std::int64_t across = (std::int64_t{info.columns} + kStep - 1) / kStep;
   const std::int64_t down = (std::int64_t{info.rows} + kStep - 1) / kStep;
   const std::int64_t chosen = std::clamp<std::int64_t>(kMostSteps / across, 1, down);
-  bool found = false;
-  for (std::int64_t step = 0; step < chosen * across; ++step) {
+  HeightMeasure measure(info);
+  std::string firstProblem;
+  std::int64_t unreadable = 0, step = 0;
+  for (; step < chosen * across && unreadable < kMostUnreadable; ++step) {
     const std::int64_t row = step / across * down / chosen;
     PostWindow window{static_cast<std::int32_t>(step % across) * kStep,
                       static_cast<std::int32_t>(row) * kStep, kStep, kStep};
     window.columns = std::min(kStep, info.columns - window.column);
     window.rows = std::min(kStep, info.rows - window.row);
-    const HeightBlock block = raster.read(window, info.problem);
-    for (const float height : block.heights) {
-      if (std::isnan(height)) {
-        ++info.voids;
-        continue;
-      }
-      const double metres = static_cast<double>(height);
-      info.lowest = found ? std::min(info.lowest, metres) : metres;
-      info.highest = found ? std::max(info.highest, metres) : metres;
-      found = true;
-    }
+    std::string problem;
+    measure.add(raster.read(window, problem));
+    if (problem.empty()) continue;
+    ++unreadable;
+    if (firstProblem.empty()) firstProblem = problem;
   }
+  if (step < chosen * across && !measure.found()) info.lowest = info.highest = NAN;
+  addRemark(info, firstProblem);
+  if (step < chosen * across)
+    addRemark(info, "reading ended after " + std::to_string(kMostUnreadable) + " parts that cannot be read");
+  if (const std::int64_t rowsRead = (step + across - 1) / across; rowsRead < down)
+    addRemark(info, "heights and voids are of " + std::to_string(rowsRead) + " of " + std::to_string(down) +
+                        " rows of blocks");
 }
 
 void describe(const std::string& path, RasterInfo& info) {
@@ -147,6 +179,7 @@ void describe(const std::string& path, RasterInfo& info) {
   const GridPoint right = placement->grid.pointOf({1, 0}), down = placement->grid.pointOf({0, 1});
   info.cellWidth = std::hypot(right.x - origin.x, right.y - origin.y);
   info.cellHeight = std::hypot(down.x - origin.x, down.y - origin.y);
+  addRemark(info, raster->remark());
   measureHeights(*raster, info);
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <set>
 #include <string_view>
@@ -22,7 +23,7 @@ namespace fs = std::filesystem;
 constexpr std::size_t kMostRasters = 1'000'000;
 constexpr int kDeepest = 32;                    // folders within folders
 constexpr std::size_t kMostInArchive = 10'000;  // entries
-constexpr std::string_view kArchive = "/vsizip/";
+constexpr std::string_view kArchive = "/vsizip/", kPacked = "/vsigzip/";
 
 // Endings of files that accompany rasters but hold no heights.
 constexpr std::array<std::string_view, 58> kCompanions = {
@@ -43,6 +44,23 @@ bool isCompanion(std::string_view name) {
 
 bool isArchive(std::string_view name) {
   return name.size() > 4 && equalIgnoringCase(name.substr(name.size() - 4), ".zip");
+}
+
+bool isPackedTile(std::string_view name) {
+  constexpr std::string_view kEnding = ".hgt.gz";
+  return name.size() > kEnding.size() &&
+         equalIgnoringCase(name.substr(name.size() - kEnding.size()), kEnding);
+}
+
+// The length that the end of a .gz file states for its content, bytes, low byte first; 0 when there is none.
+std::uintmax_t statedLength(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::array<unsigned char, 4> bytes{};
+  file.seekg(-static_cast<std::streamoff>(bytes.size()), std::ios::end);
+  if (!file.read(reinterpret_cast<char*>(bytes.data()), bytes.size())) return 0;
+  std::uintmax_t length = 0;
+  for (std::size_t i = bytes.size(); i-- > 0;) length = length << 8 | bytes[i];
+  return length;
 }
 
 std::int64_t ticks(const fs::path& path) {
@@ -115,6 +133,10 @@ class Walk {
     const std::uintmax_t bytes = fs::file_size(path, error);
     if (bytes == 0 || error)
       return problem(path, error ? "it cannot be read: " + error.message() : "it is empty");
+    // What the end states is a claim: the raster library holds the content against it when it is opened.
+    if (isPackedTile(name))
+      return add({std::string(kPacked) + path.string(), path.string(), name.substr(0, name.size() - 3),
+                  statedLength(path), ticks(path)});
     add({path.string(), path.string(), name, bytes, ticks(path)});
   }
 

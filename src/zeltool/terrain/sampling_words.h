@@ -1,4 +1,4 @@
-// What a sampling says about itself in words.
+// What a sampling says about itself in words. A failure is one line: what was wrong, and what to do about it.
 #pragma once
 
 #include <cstddef>

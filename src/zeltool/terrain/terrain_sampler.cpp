@@ -45,7 +45,7 @@ class LibrarySampler : public TerrainSampler {
   SampleResult withoutLibrary() const {
     SampleResult result;
     result.report.status = kSamplerConfiguration;
-    result.report.reason = "The sampler has no terrain data: none is attached.";
+    result.report.reason = "The sampler has no terrain data; attach some before sampling";
     result.report.sourceCode = request_.source;
     result.report.method = methodText(request_.method);
     return result;

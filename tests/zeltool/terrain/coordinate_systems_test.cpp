@@ -130,9 +130,11 @@ TEST(Datums, ARasterWithoutCoordinateSystemThatFitsNoDegreesIsRefused) {
   writeRaster(path, spec, [](int, int) { return 1; });
   const auto result = heightAt(libraryOf({path}), {36.5, -84.5});
   EXPECT_EQ(result.report.status, kSamplerConfiguration);
-  EXPECT_EQ(result.report.reason,
-            "Terrain source 3 \"1 second\" (" + path + ") has no usable raster: " + path +
-                ": it names no coordinate system, and its extent in degrees is no part of the earth.");
+  EXPECT_EQ(
+      result.report.reason,
+      "Terrain source 3 \"1 second\" (" + path + ") has no usable raster: " + path +
+          ": it names no coordinate system, and its extent in degrees is no part of the earth; give rasters "
+          "of heights that GDAL can open: set the source's files or folders (setting Terrain/Source3)");
 }
 
 struct Type {

@@ -3,13 +3,17 @@
 #include <gdal_priv.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
 #include <cmath>
 #include <limits>
+#include <map>
+#include <set>
 
 #include "platform/terrain.h"
 #include "rasters.h"
+#include "zeltool/terrain/raster_info.h"
 
 namespace zel {
 namespace {
@@ -228,8 +232,8 @@ TEST_F(HostileRasters, AVirtualRasterThatRefersToTheNetworkThroughAnotherFile) {
       folder_ / "service.xml",
       "<GDAL_WMS><Service name=\"TMS\"><ServerUrl>http://127.0.0.1:9/</ServerUrl></Service></GDAL_WMS>");
   writeBytes(folder_ / "service.vrt", virtualRaster(path("service.xml")));
-  expectRefused("service.vrt", "which is no raster file");
-  expectRefused("service.xml", "it cannot be opened");
+  expectRefused("service.vrt", "whose format (WMS) is not read");
+  expectRefused("service.xml", "its format (WMS) is not read");
 }
 
 TEST_F(HostileRasters, AVirtualRasterOverAMissingFileIsVoid) {
@@ -273,6 +277,133 @@ TEST_F(HostileRasters, AFolderWithoutRasters) {
 TEST_F(HostileRasters, APipeOrADeviceIsNotOpened) {
   ASSERT_EQ(::mkfifo((folder_ / "pipe.tif").c_str(), 0600), 0);
   expectRefused("pipe.tif", "it is no ordinary file");
+}
+
+// Ends the tests when reading waits at a pipe.
+class Deadline {
+ public:
+  Deadline() { ::alarm(60); }
+  ~Deadline() { ::alarm(0); }
+  Deadline(const Deadline&) = delete;
+  Deadline& operator=(const Deadline&) = delete;
+};
+
+TEST_F(HostileRasters, APipeThatAVirtualRasterNamesIsNotOpened) {
+  const Deadline deadline;
+  ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+  writeBytes(folder_ / "a.vrt", virtualRaster(path("pipe")));
+  expectRefused("a.vrt", "it refers to " + path("pipe") + ", which is no ordinary file");
+  writeBytes(folder_ / "b.vrt", virtualRaster("/dev/zero"));
+  expectRefused("b.vrt", "it refers to /dev/zero, which is no ordinary file");
+  writeBytes(folder_ / "outer.vrt", virtualRaster(path("a.vrt")));
+  expectRefused("outer.vrt", "which is no ordinary file");
+}
+
+TEST_F(HostileRasters, APipeBesideARasterIsNotOpened) {
+  const Deadline deadline;
+  for (const char* companion : {"a.tif.aux.xml", "a.tif.msk", "a.tif.ovr", "a.aux", "a.AUX", "a.tfw", "a.TFW",
+                                "a.prj", "a.tif.xml", "a.tab", "a.wld", "a.hdr"}) {
+    const TemporaryFolder other;
+    writeRaster(other / "a.tif", {}, [](int, int) { return 100; });
+    ASSERT_EQ(::mkfifo((other / companion).c_str(), 0600), 0);
+    const RasterInfo info = describeRaster((other / "a.tif").string());
+    EXPECT_EQ(info.problem, "its companion " + std::string(companion) + " is no ordinary file");
+  }
+  writeBytes(folder_ / "b.asc", "ncols 2\nnrows 2\nxllcorner 10\nyllcorner 50\ncellsize 0.5\n1 2\n3 4\n");
+  EXPECT_EQ(describeRaster(path("b.asc")).problem, "");
+  ASSERT_EQ(::mkfifo(path("b.prj").c_str(), 0600), 0);
+  expectRefused("b.asc", "its companion b.prj is no ordinary file");
+}
+
+TEST_F(HostileRasters, APipeBesideARasterThatAVirtualOneNamesIsNotOpened) {
+  const Deadline deadline;
+  writeRaster(folder_ / "a.tif", {}, [](int, int) { return 100; });
+  writeBytes(folder_ / "a.vrt", virtualRaster(path("a.tif")));
+  EXPECT_EQ(describeRaster(path("a.vrt")).problem, "");
+  ASSERT_EQ(::mkfifo(path("a.tif.msk").c_str(), 0600), 0);
+  expectRefused("a.vrt", "its companion a.tif.msk is no ordinary file");
+}
+
+TEST_F(HostileRasters, ACompanionMaskIsHeldToTheSameRules) {
+  writeRaster(folder_ / "a.tif", {}, [](int, int) { return 100; });
+  writeBytes(folder_ / "a.tif.msk", virtualRaster("/vsicurl/http://127.0.0.1:9/a.tif"));
+  expectRefused("a.tif", "which is no file on this machine");
+  writeBytes(folder_ / "a.tif.msk", "<GDAL_WMS><Service name=\"TMS\"></Service></GDAL_WMS>");
+  expectRefused("a.tif", "whose format (WMS) is not read");
+}
+
+// Opened, such a file would be given an index and its data, or be filled as a cache.
+TEST_F(HostileRasters, AFormatThatWritesBesideItsFilesIsNotRead) {
+  RasterSpec spec;
+  spec.driver = "MRF";
+  spec.type = GDT_Byte;
+  writeRaster(folder_ / "a.mrf", spec, [](int, int) { return 100; });
+  std::filesystem::remove(folder_ / "a.idx");
+  const auto contents = [this] {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path()))
+      files[entry.path().filename().string()] = test::fileBytes(entry.path());
+    return files;
+  };
+  const auto before = contents();
+  expectRefused("a.mrf", "its format (MRF) is not read");
+  EXPECT_EQ(describeRaster(path("a.mrf")).problem, "its format (MRF) is not read");
+  EXPECT_EQ(contents(), before);
+  writeBytes(folder_ / "b.vrt", virtualRaster(path("a.mrf")));
+  expectRefused("b.vrt", "whose format (MRF) is not read");
+}
+
+TEST_F(HostileRasters, FormatsThatFollowAddressesInTheirTextAreNotRead) {
+  writeBytes(folder_ / "a.kml",
+             "<?xml version=\"1.0\"?><kml><Document><Region><LatLonAltBox><north>51</north><south>50</south>"
+             "<east>11</east><west>10</west></LatLonAltBox></Region><NetworkLink><href>/vsicurl/"
+             "http://127.0.0.1:9/a.kml</href></NetworkLink><GroundOverlay><Icon><href>/vsicurl/"
+             "http://127.0.0.1:9/a.png</href></Icon></GroundOverlay></Document></kml>");
+  expectRefused("a.kml", "its format (KMLSUPEROVERLAY) is not read");
+  writeBytes(
+      folder_ / "a.ers",
+      "DatasetHeader Begin\n DataFile = \"/vsicurl/http://127.0.0.1:9/a\"\n RasterInfo Begin\n  "
+      "CellType = IEEE4ByteReal\n  NrOfLines = 2\n  NrOfCellsPerLine = 2\n  NrOfBands = 1\n RasterInfo "
+      "End\nDatasetHeader End\n");
+  expectRefused("a.ers", "its format (ERS) is not read");
+}
+
+TEST_F(HostileRasters, PositionsOutOfOtherFilesAreNotFollowed) {
+  std::string text = virtualRaster(path("gone.tif"));
+  text.insert(text.find("<VRTRasterBand"),
+              "<Metadata domain=\"GEOLOCATION\"><MDI key=\"X_DATASET\">/vsicurl/http://127.0.0.1:9/x</MDI>"
+              "</Metadata>");
+  writeBytes(folder_ / "a.vrt", text);
+  expectRefused("a.vrt", "it takes positions from other files");
+}
+
+TEST(GdalSession, FetchesNothingWhileItLastsAndPutsTheThreadsSettingsBack) {
+  const char* const key = "CPL_VSIL_CURL_ALLOWED_FILENAME";
+  CPLSetThreadLocalConfigOption(key, "/vsicurl/x");
+  {
+    const GdalSession session;
+    EXPECT_STREQ(CPLGetConfigOption(key, ""), "none");
+    EXPECT_EQ(VSIFOpenL("/vsicurl/http://127.0.0.1:9/a.tif", "rb"), nullptr);
+    const GdalSession inner;
+    EXPECT_STREQ(CPLGetConfigOption(key, ""), "none");
+  }
+  EXPECT_STREQ(CPLGetConfigOption(key, ""), "/vsicurl/x");
+  CPLSetThreadLocalConfigOption(key, nullptr);
+}
+
+TEST(GdalSession, KeepsTheLibrarysOwnCacheOfBlocksSmall) {
+  const GdalSession session;
+  EXPECT_LE(GDALGetCacheMax64(), GIntBig{128} << 20);
+}
+
+TEST(GdalSession, ReadsTheFormatsThatItAllows) {
+  std::set<std::string> names;
+  for (const char* const* name = localRasterDrivers(); *name; ++name) names.insert(*name);
+  for (const char* name : {"GTiff", "SRTMHGT", "DTED", "VRT", "AAIGrid", "EHdr", "ENVI", "HFA", "USGSDEM"})
+    EXPECT_EQ(names.count(name), 1U) << name;
+  for (const char* name : {"MRF", "ERS", "PDS", "PDS4", "ISIS3", "KMLSUPEROVERLAY", "WMS", "HTTP", "GPKG",
+                           "STACTA", "DERIVED", "HDF5", "Zarr"})
+    EXPECT_EQ(names.count(name), 0U) << name;
 }
 
 TEST_F(HostileRasters, ADamagedArchive) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "rasters.h"
 
 namespace zel {
@@ -112,6 +114,70 @@ TEST(RasterInfo, ATileNamesNoVerticalDatum) {
   EXPECT_EQ(info.voids, 1);
   EXPECT_EQ(info.highest, 1200);
   EXPECT_EQ(info.verticalDatum, "unknown");
+}
+
+TEST(RasterInfo, AnUnknownHeightUnitIsARemark) {
+  const TemporaryFolder folder;
+  RasterSpec spec;
+  spec.unit = "cubits";
+  writeRaster(folder / "a.tif", spec, [](int, int) { return 5; });
+  const RasterInfo info = describeRaster((folder / "a.tif").string());
+  EXPECT_EQ(info.problem, "");
+  EXPECT_EQ(info.remark, "its heights are in \"cubits\", an unknown unit, and are taken as metres");
+  EXPECT_EQ(info.highest, 5);
+}
+
+TEST(RasterInfo, APartThatCannotBeReadIsARemarkOnAUsableRaster) {
+  const TemporaryFolder folder;
+  RasterSpec spec;
+  spec.columns = spec.rows = 256;
+  spec.corners = {10, 1.0 / 256, 0, 51, 0, -1.0 / 256};
+  spec.type = GDT_Int16;
+  spec.options = {"TILED=YES", "BLOCKXSIZE=64", "BLOCKYSIZE=64", "COMPRESS=DEFLATE"};
+  writeRaster(folder / "a.tif", spec,
+              [](int column, int row) { return 100 + (column * 31 + row * 17) % 50; });
+  std::string bytes = test::fileBytes(folder / "a.tif");
+  for (std::size_t i = bytes.size() - 60; i < bytes.size(); ++i) bytes[i] = '\x55';
+  test::writeBytes(folder / "a.tif", bytes);
+  const RasterInfo info = describeRaster((folder / "a.tif").string());
+  EXPECT_EQ(info.problem, "");
+  EXPECT_EQ(info.remark.find("part of it cannot be read: "), 0U) << info.remark;
+  EXPECT_EQ(info.remark.find("rows of blocks"), std::string::npos) << info.remark;
+  EXPECT_GT(info.voids, 0);
+  EXPECT_EQ(info.lowest, 100);
+  EXPECT_EQ(info.highest, 149);
+}
+
+TEST(RasterInfo, OfAVeryLargeRasterThePartThatWasReadIsTold) {
+  const TemporaryFolder folder;
+  // One window of 512 rows more than the 8192 windows that are read.
+  test::writeBytes(folder / "a.vrt",
+                   "<VRTDataset rasterXSize=\"16\" rasterYSize=\"4194305\"><GeoTransform>10, 0.00001, 0, 51, "
+                   "0, -0.00001</GeoTransform><VRTRasterBand dataType=\"Byte\" band=\"1\"/></VRTDataset>");
+  const RasterInfo info = describeRaster((folder / "a.vrt").string());
+  EXPECT_EQ(info.problem, "");
+  EXPECT_EQ(info.remark, "heights and voids are of 8192 of 8193 rows of blocks");
+}
+
+TEST(RasterInfo, ReadingEndsAfter64PartsThatCannotBeRead) {
+  const TemporaryFolder folder;
+  RasterSpec spec;
+  spec.columns = 512 * 40;
+  spec.rows = 512 * 3;
+  spec.corners = {10, 1e-5, 0, 51, 0, -1e-5};
+  spec.type = GDT_Byte;
+  spec.options = {"TILED=YES", "BLOCKXSIZE=512", "BLOCKYSIZE=512"};
+  writeRaster(folder / "a.tif", spec, [](int, int) { return 1; });
+  std::filesystem::resize_file(folder / "a.tif", 5000);
+  const RasterInfo info = describeRaster((folder / "a.tif").string());
+  EXPECT_EQ(info.problem, "");
+  EXPECT_NE(
+      info.remark.find("; reading ended after 64 parts that cannot be read; heights and voids are of 2 of "
+                       "3 rows of blocks"),
+      std::string::npos)
+      << info.remark;
+  EXPECT_EQ(info.voids, 64 * 512 * 512);
+  EXPECT_TRUE(std::isnan(info.lowest));
 }
 
 TEST(RasterInfo, TellsWhyAFileIsNoTerrain) {

@@ -93,6 +93,52 @@ TEST(Tiles, OfOneAndOfTwoSecondsAreRead) {
   EXPECT_EQ(heightAt(library, {60.5, 10.5}).height, 900);
 }
 
+std::string packed(const std::string& bytes, const std::filesystem::path& path) {
+  const GdalSession session;
+  VSILFILE* out = VSIFOpenL(("/vsigzip/" + path.string()).c_str(), "wb");
+  if (!out) return "";
+  VSIFWriteL(bytes.data(), 1, bytes.size(), out);
+  VSIFCloseL(out);
+  return test::fileBytes(path);
+}
+
+TEST(RasterListing, APackedTileServesUnderItsOwnName) {
+  const TemporaryFolder folder;
+  packed(tile(321), folder / "N50E010.hgt.gz");
+  const RasterListing listing = listRasters(folder.path().string());
+  ASSERT_EQ(listing.rasters.size(), 1U);
+  EXPECT_EQ(listing.rasters[0].path, "/vsigzip/" + (folder / "N50E010.hgt.gz").string());
+  EXPECT_EQ(listing.rasters[0].shownPath, (folder / "N50E010.hgt.gz").string());
+  EXPECT_EQ(listing.rasters[0].name, "N50E010.hgt");
+  EXPECT_EQ(listing.rasters[0].bytes, 2884802U);
+  const auto result = test::heightAt(test::libraryOf({folder.path().string()}), {50.5, 10.5});
+  EXPECT_EQ(result.height, 321) << result.report.reason;
+  const RasterInfo info = describeRaster((folder / "N50E010.hgt.gz").string());
+  EXPECT_EQ(info.problem, "");
+  EXPECT_EQ(info.highest, 321);
+  EXPECT_EQ(info.west, 10);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1)
+      << "nothing is written beside it";
+}
+
+TEST(RasterListing, APackedTileOfAWrongSizeIsAProblem) {
+  const TemporaryFolder folder;
+  packed("short", folder / "N50E010.hgt.gz");
+  EXPECT_EQ(describeRaster((folder / "N50E010.hgt.gz").string())
+                .problem.find("its size of 5 bytes is none of a tile"),
+            0U);
+  // The end states a tile's length, and the content has another.
+  std::string bytes = packed("short", folder / "N50E011.hgt.gz");
+  bytes.replace(bytes.size() - 4, 4, {'\xC2', '\x04', '\x2C', '\0'});
+  writeBytes(folder / "N50E011.hgt.gz", bytes);
+  EXPECT_EQ(listRasters((folder / "N50E011.hgt.gz").string()).rasters.at(0).bytes, 2884802U);
+  EXPECT_NE(describeRaster((folder / "N50E011.hgt.gz").string()).problem, "");
+  const auto result = test::heightAt(test::libraryOf({(folder / "N50E011.hgt.gz").string()}), {50.5, 11.5});
+  EXPECT_EQ(result.report.status, 1);
+  writeBytes(folder / "N50E012.hgt.gz", "no");
+  EXPECT_EQ(describeRaster((folder / "N50E012.hgt.gz").string()).problem.find("its size of 0 bytes"), 0U);
+}
+
 TEST(SourceIndex, NoticesThatAFolderChanged) {
   const TemporaryFolder folder;
   test::writeRaster(folder / "a.tif", {}, [](int, int) { return 1; });

@@ -30,7 +30,7 @@ class GridLikeShift : public DatumShift {
 
 class NoShift : public DatumShift {
  public:
-  GeoPoint toNad83(GeoPoint) const override { throw RuntimeError(5, "no operation serves the point"); }
+  GeoPoint toNad83(GeoPoint) const override { throw RuntimeError(5, "no operation serves the point."); }
   DatumOperation operationAt(GeoPoint) const override { return {}; }
 };
 
@@ -103,7 +103,7 @@ TEST(StationShift, APositionThatCannotBeShiftedIsToldInWords) {
   EXPECT_EQ(result.report.reason,
             "The positions from 50.400000 N, 10.400000 E on cannot be moved from NAD-27 to NAD-83: no "
             "operation serves "
-            "the point.");
+            "the point; give positions where NAD-27 is in use, or set the datum to NAD-83");
   EXPECT_FALSE(result.report.datumShifted);
 }
 

@@ -76,7 +76,7 @@ TEST(TerrainLibrary, FewerThanTwoSamplesAreUnderRange) {
     EXPECT_TRUE(result.heights.empty());
   }
   EXPECT_EQ(library.sample(request(kWest, kEast, 1)).report.reason,
-            "A path needs 2 samples at least, and 1 was asked for.");
+            "A path needs 2 samples at least, and 1 was asked for; ask for at least 2 samples");
   EXPECT_EQ(library.sample(request(kWest, kEast, 2)).report.status, kSamplerOk);
 }
 
@@ -85,7 +85,8 @@ TEST(TerrainLibrary, CoincidentEndsAreUnderRange) {
   const SampleResult result = library.sample(request(kWest, kWest, 100));
   EXPECT_EQ(result.report.status, kSamplerUnderRange);
   EXPECT_EQ(result.report.reason,
-            "The path has no length: both of its ends are at 36.300000 N, 84.400000 W.");
+            "The path has no length: both of its ends are at 36.300000 N, 84.400000 W; give two "
+            "different ends");
   EXPECT_EQ(library.sample(request({10, 180}, {10, -180}, 100)).report.status, kSamplerUnderRange);
   EXPECT_EQ(library.sample(request({90, 10}, {90, 50}, 100)).report.status, kSamplerUnderRange);
 }
@@ -100,6 +101,8 @@ TEST(TerrainLibrary, EndsThatAreNoPlaceOnTheEarthAreUnderRange) {
          {library.sample(request(bad, kEast, 100)), library.sample(request(kWest, bad, 100))}) {
       EXPECT_EQ(result.report.status, kSamplerUnderRange);
       EXPECT_EQ(result.report.reason.find("There is no path from "), 0U) << result.report.reason;
+      EXPECT_TRUE(
+          result.report.reason.ends_with("; give latitudes from -90 to 90 degrees and finite longitudes"));
     }
   }
 }
@@ -109,7 +112,9 @@ TEST(TerrainLibrary, MoreThan32767SamplesAreOverRange) {
   EXPECT_EQ(library.sample(request(kWest, kEast, 32767)).report.status, kSamplerOk);
   const SampleResult result = library.sample(request(kWest, kEast, 32768));
   EXPECT_EQ(result.report.status, kSamplerOverRange);
-  EXPECT_EQ(result.report.reason, "32768 samples are more than the 32767 that a path can have.");
+  EXPECT_EQ(
+      result.report.reason,
+      "32768 samples are more than the 32767 that a path can have; choose fewer points (at most 32767)");
 }
 
 TEST(TerrainLibrary, MoreThanTwoThousandKilometresAreOverRange) {
@@ -118,20 +123,23 @@ TEST(TerrainLibrary, MoreThanTwoThousandKilometresAreOverRange) {
   EXPECT_EQ(library.sample(request({0, 0}, {0, 17.96}, 100)).report.status, kSamplerInvalidData);
   const SampleResult result = library.sample(request({0, 0}, {0, 17.97}, 100));
   EXPECT_EQ(result.report.status, kSamplerOverRange);
-  EXPECT_EQ(result.report.reason, "The path is 2000.4 km long, more than the 2000 km that can be sampled.");
+  EXPECT_EQ(result.report.reason,
+            "The path is 2000.4 km long, more than the 2000 km that can be sampled; choose a nearer end");
 }
 
 TEST(TerrainLibrary, ASourceWithoutFilesIsAConfigurationError) {
   const SampleResult result = libraryOf({}).sample(request(kWest, kEast, 100));
   EXPECT_EQ(result.report.status, kSamplerConfiguration);
   EXPECT_EQ(result.report.reason,
-            "Terrain source 3 \"1 second\" has no usable raster: no file or folder is set for it.");
+            "Terrain source 3 \"1 second\" has no usable raster: no file or folder is set for it; set the "
+            "source's files or folders (setting Terrain/Source3)");
   const SampleResult missing = libraryOf({"/no/such/folder"}).sample(request(kWest, kEast, 100));
   EXPECT_EQ(missing.report.status, kSamplerConfiguration);
   EXPECT_EQ(missing.report.reason,
             "Terrain source 3 \"1 second\" (/no/such/folder) has no usable raster: /no/such/folder: there is "
             "no such file "
-            "or folder.");
+            "or folder; give rasters of heights that GDAL can open: set the source's files or folders "
+            "(setting Terrain/Source3)");
   EXPECT_EQ(missing.report.warnings,
             std::vector<std::string>{"/no/such/folder: there is no such file or folder"});
 }
@@ -144,9 +152,26 @@ TEST(TerrainLibrary, OutsideTheDataTheFirstPositionAndTheTileThatWouldHelpAreNam
   // 14 is the first beyond, at 84.07 W.
   EXPECT_EQ(result.report.reason.find("Sample 14 of 101, at 36.30"), 0U) << result.report.reason;
   EXPECT_NE(result.report.reason.find("lies outside the terrain data of source 3 \"1 second\" (" + kSample +
-                                      "); the tile N36W085.hgt would cover it."),
+                                      "); the tile N36W085.hgt would cover it: set the source's files or "
+                                      "folders (setting Terrain/Source3)"),
             std::string::npos)
       << result.report.reason;
+}
+
+TEST(TerrainLibrary, WhereTheBundledSampleStandsInAFailureSaysSo) {
+  std::string path = kSample;
+  const TerrainLibrary library([&](int) { return SourceDefinition{3, "1 second", {path}, true}; }, 1 << 20);
+  EXPECT_EQ(
+      library.sample(request({50.5, 6.5}, {50.5, 6.6}, 10)).report.reason,
+      "Sample 1 of 10, at 50.500000 N, 6.500000 E, lies outside the bundled sample terrain, which stands in "
+      "because source 3 \"1 second\" is not set; the tile N50E006.hgt would cover it: set the source's "
+      "files or folders (setting Terrain/Source3)");
+  path = "/no/such\nfolder";
+  EXPECT_EQ(
+      library.sample(request(kWest, kEast, 10)).report.reason,
+      "The bundled sample terrain, which stands in because source 3 \"1 second\" is not set, has no usable "
+      "raster: /no/such folder: there is no such file or folder; give rasters of heights that GDAL can open: "
+      "set the source's files or folders (setting Terrain/Source3)");
 }
 
 TEST(TerrainLibrary, WhatIsWrongWithTheRequestIsToldBeforeWhatIsWrongWithTheData) {
@@ -208,7 +233,9 @@ TEST(TerrainLibrary, HeightsAtGivesEveryHeightThatThereIsAndTellsOfTheFirstThatI
   EXPECT_EQ(report.voids, 2);
   const SamplingReport bad = libraryOf({kSample}).heightsAt({&positions[3], 1}, 0, 3, {heights.data(), 1});
   EXPECT_EQ(bad.status, kSamplerInvalidData);
-  EXPECT_EQ(bad.reason, "Sample 1 of 1, at not a number, 0.000000 E, is no place on the earth.");
+  EXPECT_EQ(bad.reason,
+            "Sample 1 of 1, at not a number, 0.000000 E, is no place on the earth; give latitudes from -90 "
+            "to 90 degrees and finite longitudes");
 }
 
 TEST(TerrainLibrary, HeightsAtNeedsAsManyHeightsAsPositions) {

@@ -118,7 +118,7 @@ TEST(TerrainSampler, WithoutTerrainDataOfItsKindItIsNotConfigured) {
     std::vector<float> heights(10);
     std::int32_t first = 0, second = 0;
     EXPECT_EQ(sampler->Sample(heights, first, second), kSamplerConfiguration);
-    EXPECT_EQ(sampler->report().reason, "The sampler has no terrain data: none is attached.");
+    EXPECT_EQ(sampler->report().reason, "The sampler has no terrain data; attach some before sampling");
   }
 }
 
