@@ -143,7 +143,7 @@ class Inspection {
     for (const Reference& reference : references) {
       if (!isPlainPath(reference.path))
         return "it refers to \"" + reference.path.substr(0, 100) + "\", which is no file on this machine";
-      const std::string reason = referenceRefusal(
+      std::string reason = referenceRefusal(
           reference.relative ? CPLProjectRelativeFilename(CPLGetPath(path.c_str()), reference.path.c_str())
                              : reference.path);
       if (!reason.empty()) return reason;
