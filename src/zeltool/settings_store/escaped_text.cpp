@@ -49,7 +49,9 @@ std::string escapedText(std::string_view text, std::string_view specialCharacter
     const unsigned char byte = byteAt(text, i);
     const std::size_t length = utf8SequenceLength(text.substr(i));
     const bool blankAtAnEnd = byte == ' ' && (i == 0 || i + 1 == text.size());
-    if (length == 0 || byte == '%' || isControl(byte) || blankAtAnEnd ||
+    // A byte order mark at the beginning of the file would not be read as text.
+    const bool byteOrderMark = text.substr(i, 3) == "\xEF\xBB\xBF";
+    if (length == 0 || byteOrderMark || byte == '%' || isControl(byte) || blankAtAnEnd ||
         specialCharacters.find(text[i]) != std::string_view::npos) {
       appendEscape(result, byte);
       ++i;

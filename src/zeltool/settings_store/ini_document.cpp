@@ -36,7 +36,8 @@ std::string sectionLine(std::string_view section) {
 
 IniDocument::IniDocument(std::string_view text) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) text.remove_prefix(kByteOrderMark.size());
+  // All of them: one that is left would be taken for the file's own once the file is written anew.
+  while (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) text.remove_prefix(kByteOrderMark.size());
   std::string section;
   bool sectionKnown = true;
   for (std::size_t number = 1; !text.empty(); ++number) {

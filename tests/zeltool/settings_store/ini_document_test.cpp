@@ -30,6 +30,12 @@ TEST(IniDocument, ReadsWhatAPersonWroteByHand) {
   EXPECT_EQ(valueOf(document, "Profile", "Path"), "/a;/b # c=50%");
 }
 
+TEST(IniDocument, ReadsPastEveryByteOrderMarkAtTheBeginning) {
+  IniDocument document("\xEF\xBB\xBF\xEF\xBB\xBF[A]\nk=1\n");
+  EXPECT_EQ(document.damage().lines, 0U);
+  EXPECT_EQ(valueOf(document, "A", "k"), "1");
+}
+
 TEST(IniDocument, TakesTheLaterOfAKeyThatStandsTwice) {
   IniDocument document("[A]\nk=1\n[B]\nk=5\n[A]\nk=2\n");
   EXPECT_EQ(valueOf(document, "A", "k"), "2");

@@ -56,6 +56,16 @@ TEST(IniSettingsStore, ReadsBackWhatWasWritten) {
   EXPECT_EQ(quietStore(folder.path()).ReadSetting("Planner", "Profile", "Prf_Per", "100"), "60");
 }
 
+// A mark that was left in the text became the file's own at the next writing, and the key lost it.
+TEST(IniSettingsStore, KeepsAKeyThatBeginsWithAByteOrderMark) {
+  const TemporaryFolder folder;
+  const std::string key = "\xEF\xBB\xBF-";
+  IniSettingsStore store = quietStore(folder.path());
+  store.WriteSetting("Planner", "", key, "1");
+  store.WriteSetting("Planner", "", "other", "2");
+  EXPECT_EQ(quietStore(folder.path()).ReadSetting("Planner", "", key, "none"), "1");
+}
+
 TEST(IniSettingsStore, TellsAStoredEmptyTextFromNone) {
   const TemporaryFolder folder;
   IniSettingsStore store = quietStore(folder.path());
