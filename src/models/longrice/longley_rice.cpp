@@ -1,0 +1,45 @@
+#include "models/longrice/longley_rice.h"
+
+#include <cmath>
+
+#include "models/longrice/input_limits.h"
+
+namespace zel::longrice {
+
+double freeSpaceLoss(double frequency, double distance) {
+  return 32.45 + 20 * std::log10(frequency * distance / 1000);
+}
+
+Prediction::Prediction(const Parameters& parameters, const Environment& environment,
+                       const PathTerrain& terrain)
+    : climate_(parameters.climate),
+      link_(environment, terrain),
+      freeSpace_(freeSpaceLoss(parameters.frequency, terrain.distance)),
+      reference_(referenceAttenuation(link_)),
+      variability_(link_, parameters.climate),
+      warnings_(warningsOf(link_, parameters.climate)) {
+  if (!std::isfinite(reference_.attenuation))
+    throw ParameterError(
+        Parameter::kElevations,
+        "the model has no finite loss for these heights, antennas and ground; see that they are those "
+        "of a real path");
+}
+
+double Prediction::loss(double reliabilityDeviate, double confidenceDeviate) const {
+  requireWithin(limits::kReliabilityDeviate, reliabilityDeviate);
+  requireWithin(limits::kConfidenceDeviate, confidenceDeviate);
+  return freeSpace_ + variability_.attenuation(reference_.attenuation, reliabilityDeviate, confidenceDeviate);
+}
+
+Model::Model(const Parameters& parameters)
+    : parameters_(parameters), environment_(environmentOf(parameters)) {}
+
+GrowingPath Model::path(double spacing, double transmitterHeight) const {
+  return {spacing, environment_.effectiveCurvature, transmitterHeight};
+}
+
+Prediction Model::predict(const GrowingPath& path, double receiverHeight) const {
+  return {parameters_, environment_, path.describe(receiverHeight)};
+}
+
+}  // namespace zel::longrice
