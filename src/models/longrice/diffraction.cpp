@@ -112,11 +112,13 @@ double Diffraction::roundedEarth(double distance) const {
   const double cubeRoot = std::cbrt(radius * link_.environment.waveNumber);
   const double constant = groundConstant(impedance_, cubeRoot);
   const double x = normalisedDistance(constant, cubeRoot, theta * radius, radius) + foregroundDistance_;
+  // Sea at low frequencies and vertical polarization does that too, past horizons that are very near.
   if (!(x > 0))
     throw ParameterError(
         Parameter::kPermittivity,
-        "the ground's permittivity and conductivity are too near to those of free space for the "
-        "model's rounded earth; give a permittivity of 4 or more");
+        "the model's rounded earth has no value for this ground, frequency and polarization "
+        "past horizons this near: the ground's constant K is above 1.607; a higher frequency, "
+        "horizontal polarization or a permittivity of 4 or more has one");
   return distanceAttenuation(x) - foregroundGain_;
 }
 

@@ -170,32 +170,11 @@ void GrowingPath::describeObstructedPath(PathTerrain& path) const {
   requireHeightsAboveGround(path);
 }
 
-namespace {
-
-// The first and the last sample of a path's middle eight tenths.
-struct Middle {
-  std::size_t first;
-  std::size_t last;
-};
-
-Middle middleOf(std::size_t samples) {
-  const std::size_t intervals = samples - 1;
-  const auto tenth = static_cast<std::size_t>(0.1 * static_cast<double>(intervals));
-  return {tenth, intervals - tenth};
-}
-
-}  // namespace
-
-double GrowingPath::meanElevation() const {
-  const Middle middle = middleOf(samples());
-  return ground_.mean(middle.first, middle.last);
-}
-
 double meanElevation(std::span<const double> elevations) {
-  const Middle middle = middleOf(elevations.size());
-  const auto begin = elevations.begin() + static_cast<std::ptrdiff_t>(middle.first);
-  const auto end = elevations.begin() + static_cast<std::ptrdiff_t>(middle.last + 1);
-  return std::accumulate(begin, end, 0.0) / static_cast<double>(end - begin);
+  const std::size_t intervals = elevations.size() - 1;
+  const auto tenth = static_cast<std::size_t>(0.1 * static_cast<double>(intervals));
+  const std::span<const double> middle = elevations.subspan(tenth, intervals - 2 * tenth + 1);
+  return std::accumulate(middle.begin(), middle.end(), 0.0) / static_cast<double>(middle.size());
 }
 
 }  // namespace zel::longrice

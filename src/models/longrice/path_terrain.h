@@ -45,9 +45,6 @@ class GrowingPath {
   // ParameterError when there are less than two samples, and for a height that no antenna has.
   PathTerrain describe(double receiverHeight) const;
 
-  // The mean of the path's middle, from a tenth of its intervals to nine tenths, metres.
-  double meanElevation() const;
-
  private:
   void describeFreePath(PathTerrain& path) const;
   void describeObstructedPath(PathTerrain& path) const;
@@ -59,7 +56,8 @@ class GrowingPath {
   HorizonSearch search_;
 };
 
-// The mean that GrowingPath has, of heights that are all there already. At least one is needed.
+// The mean of a path's middle, from a tenth of its intervals to nine tenths, metres. At least one height is
+// needed.
 double meanElevation(std::span<const double> elevations);
 
 }  // namespace zel::longrice

@@ -60,8 +60,4 @@ StraightLine SummedHeights::fit(std::size_t first, std::size_t last) const {
       {end.heights - begin.heights, end.moments - begin.moments, heights_[first], heights_[last]});
 }
 
-double SummedHeights::mean(std::size_t first, std::size_t last) const {
-  return (before(last + 1).heights - before(first).heights) / static_cast<double>(last - first + 1);
-}
-
 }  // namespace zel::longrice

@@ -38,8 +38,6 @@ class SummedHeights {
   double operator[](std::size_t sample) const { return heights_[sample]; }  // metres
   const std::vector<double>& heights() const { return heights_; }           // metres
   StraightLine fit(std::size_t first, std::size_t last) const;
-  // Mean of the samples first to last, both included, metres.
-  double mean(std::size_t first, std::size_t last) const;
 
  private:
   struct Sums {

@@ -31,7 +31,7 @@ double scatterEfficiency(double height, double refractivity) {
   return height / 1.7556e3 * (1 + atmosphere * std::exp(-cube * cube));
 }
 
-// H_0 (4.61 to 4.66), of both antennas.
+// H_0 (4.64), of both antennas.
 std::optional<double> pathFrequencyGain(const Link& link, double distance) {
   const PathTerrain& terrain = link.terrain;
   // The horizon rays' angle here is that of the antennas as they are, which may be below the ground's curve
@@ -51,7 +51,7 @@ std::optional<double> pathFrequencyGain(const Link& link, double distance) {
   const double asymmetry = (distance - offset) / (distance + offset);
   const double q = std::clamp(heightRatio / asymmetry, 0.1, 10.0);
   const double s = std::max(0.1, asymmetry);
-  // z_0: the height at which the horizon rays cross (4.62, 4.63), metres.
+  // z_0: the height at which the horizon rays cross (4.66), metres.
   const double crossing = (distance - offset) * (distance + offset) * theta * 0.25 / distance;
 
   const double efficiency = scatterEfficiency(crossing, link.environment.surfaceRefractivity);
@@ -109,7 +109,7 @@ std::optional<Scatter> troposcatter(const Link& link, double distance,
   const double square = theta * theta;
   const double refraction = -0.1 * (link.environment.surfaceRefractivity - kReferenceRefractivity) *
                             std::exp(-theta * distance / kRefractivityDistance);
-  // A_scat (4.60): 47.7 m is the wave number's length.
+  // A_scat (4.63): 47.7 m is the wave number's length.
   return Scatter{decibel(kFrequencyOfUnitWaveNumber * link.environment.waveNumber * square * square) +
                      scatterDistanceFunction(theta * distance) + refraction + *gain,
                  *gain};
