@@ -1,5 +1,4 @@
 // profile: the ground between two stations in exact geometry, as a summary, as JSON and as CSV.
-#include <cmath>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -9,6 +8,7 @@
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
 #include "command_line/output.h"
+#include "command_line/path_output.h"
 #include "command_line/provenance.h"
 #include "command_line/stations.h"
 #include "zel/path_profile.h"
@@ -25,11 +25,6 @@ struct ProfileOptions {
   std::string output;
 };
 
-Json rounded(double value, int decimals) {
-  if (!std::isfinite(value)) return nullptr;
-  return std::stod(fixed(value, decimals));
-}
-
 void writeCsv(std::ostream& out, const PathProfile& profile) {
   out << "distance_km,latitude,longitude,ground_m,rise_m,los_m,fresnel1_m,clearance_m\n";
   for (std::size_t i = 0; i < profile.distancesKm.size(); ++i)
@@ -39,8 +34,8 @@ void writeCsv(std::ostream& out, const PathProfile& profile) {
         << fixed(profile.fresnel1M[i], 3) << ',' << fixed(profile.clearanceM[i], 3) << '\n';
 }
 
-Json stationJson(const Position& position, std::int16_t height) {
-  return {{"latitude", position.latitude}, {"longitude", position.longitude}, {"antenna_m", height}};
+GroundFigures groundOf(const PathProfile& profile) {
+  return {profile.startGroundM, profile.endGroundM, profile.minimumM, profile.maximumM, profile.averageM};
 }
 
 Json profileJson(const PathProfile& profile, const std::string& csv) {
@@ -49,11 +44,7 @@ Json profileJson(const PathProfile& profile, const std::string& csv) {
   json["bearing_deg"] = rounded(profile.bearingDeg, 4);
   json["points"] = profile.points;
   json["spacing_m"] = rounded(profile.spacingM, 3);
-  json["ground_m"] = {{"start", rounded(profile.startGroundM, 3)},
-                      {"end", rounded(profile.endGroundM, 3)},
-                      {"minimum", rounded(profile.minimumM, 3)},
-                      {"maximum", rounded(profile.maximumM, 3)},
-                      {"average", rounded(profile.averageM, 3)}};
+  json["ground_m"] = groundJson(groundOf(profile));
   json["free_space_db"] = rounded(profile.freeSpaceDb, 2);
   if (profile.worst) {
     const PathObstacle& worst = *profile.worst;
@@ -95,22 +86,13 @@ std::string verdictSentence(PathVerdict verdict) {
 }
 
 void printSummary(const PathProfile& profile, const std::string& csv) {
-  const auto line = [](const char* title, const std::string& text) {
-    std::cout << title << std::string(18 - std::string_view(title).size(), ' ') << text << '\n';
-  };
-  const auto station = [](const Position& position, std::int16_t height) {
-    return latitudeText(position.latitude) + ", " + longitudeText(position.longitude) + ", antenna " +
-           std::to_string(height) + " m above ground";
-  };
-  line("From", station(profile.positions.front(), profile.startHeightM));
-  line("To", station(profile.positions.back(), profile.endHeightM));
+  const auto& line = summaryLine;
+  line("From", stationSentence(profile.positions.front(), profile.startHeightM));
+  line("To", stationSentence(profile.positions.back(), profile.endHeightM));
   line("Distance", fixed(profile.distanceKm, 3) + " km");
   line("Bearing", fixed(profile.bearingDeg, 2) + " degrees");
   line("Points", std::to_string(profile.points) + ", " + fixed(profile.spacingM, 2) + " m apart");
-  line("Ground", "start " + fixed(profile.startGroundM, 1) + " m, end " + fixed(profile.endGroundM, 1) +
-                     " m, lowest " + fixed(profile.minimumM, 1) + " m, highest " +
-                     fixed(profile.maximumM, 1) + " m, average " + fixed(profile.averageM, 1) +
-                     " m above sea level");
+  line("Ground", groundSentence(groundOf(profile)));
   line("Free-space loss", fixed(profile.freeSpaceDb, 2) + " dB");
   if (profile.worst) {
     const PathObstacle& worst = *profile.worst;
@@ -157,9 +139,11 @@ void addProfileCommand(CLI::App& program) {
   command->add_option("--from", options->from, "Start station")
       ->type_name("LAT,LON[,HEIGHT]")
       ->check(valueProblem)
+      ->required();
+  command->add_option("--to", options->to, "End station")
+      ->type_name("LAT,LON[,HEIGHT]")
       ->check(valueProblem)
       ->required();
-  command->add_option("--to", options->to, "End station")->type_name("LAT,LON[,HEIGHT]")->required();
   command->add_option("--k", options->k, "Effective-earth factor; by default the setting Profile/Prf_Crv")
       ->check(positiveNumberProblem)
       ->type_name("K");

@@ -165,7 +165,24 @@ void Component::setStationDatum(std::int32_t code) {
 // Only once the host has said so: before StaDatum is set nothing is shifted.
 bool Component::stationsAreNad27() const { return !state_.datumText.empty() && state_.datumCode == 0; }
 
-float Component::pathLoss() { return needed(services_.pathLoss)(); }
+float Component::pathLoss() { return needed(services_.pathLoss)(*this); }
+
+WindowlessLoss& Component::windowlessLoss() {
+  const std::lock_guard lock(firstUse_);
+  if (windowlessLoss_ == nullptr) {
+    WindowlessLoss::Services parts;
+    parts.module = &state_;
+    parts.normalTable = &normalTable_;
+    parts.geodesy = &geodesy();
+    parts.makeSampler = [this] { return makeSampler(); };
+    parts.terrain = [this] { return terrain(); };
+    parts.hardStop = services_.hardStop.get();
+    parts.errorLog = &log_;
+    parts.trap = &trap_;
+    windowlessLoss_ = std::make_unique<WindowlessLoss>(std::move(parts), settingsReader());
+  }
+  return *windowlessLoss_;
+}
 
 // The component's own folder is made when an entry is written; a host's folder is the host's to make.
 std::string Component::logFolder() {

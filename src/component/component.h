@@ -25,12 +25,15 @@
 #include "platform/process_services.h"
 #include "platform/settings_store.h"
 #include "platform/terrain.h"
+#include "profile/path_loss/windowless_loss.h"
 #include "profile/settings/overlay_settings_store.h"
 #include "profile/settings/settings_access.h"
 #include "zel/automation.h"
 #include "zeltool/terrain/terrain_library.h"
 
 namespace zel {
+
+class Component;
 
 // What a Component is made of. Everything is needed but what says otherwise.
 struct ComponentServices {
@@ -57,8 +60,8 @@ struct ComponentServices {
   std::string bundledTerrain;                                         // folder
   std::function<std::string(const std::string& title)> settingsFile;  // where a host's settings stand
 
-  // The modeled loss of the stored stations, dB.
-  std::function<float()> pathLoss;
+  // The modeled loss of the component's stored stations, dB.
+  std::function<float(Component&)> pathLoss;
 };
 
 // Which thread the component belongs to: that of the first user that is alive.
@@ -131,8 +134,10 @@ class Component {
   void buildTables();
   // The datum of the stations; terrain is read at the shifted position for NAD-27.
   void setStationDatum(std::int32_t code);
-  // The modeled loss of the stored stations, dB.
+  // The modeled loss of the stored stations, dB, as the services compute it.
   float pathLoss();
+  // The calculation without a window, over this component's parts.
+  WindowlessLoss& windowlessLoss();
 
  private:
   bool stationsAreNad27() const;
@@ -152,6 +157,7 @@ class Component {
   std::recursive_mutex firstUse_;  // guards what is made or bound when it is first needed
   std::shared_ptr<const DatumShift> datumShift_;
   std::shared_ptr<TerrainLibrary> terrain_;
+  std::unique_ptr<WindowlessLoss> windowlessLoss_;
 };
 
 // Puts another component in the process's place for as long as it lives.

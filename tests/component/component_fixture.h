@@ -82,7 +82,7 @@ class ComponentFixture : public testing::Test {
     services.ownApplication = ownApplication_;
     services.terrainSourceName = [](int code) { return "source " + std::to_string(code); };
     services.bundledTerrain = "/bundled";
-    services.pathLoss = [this] { return pathLoss_(); };
+    services.pathLoss = [this](Component&) { return pathLoss_(); };
     return services;
   }
 

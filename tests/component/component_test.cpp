@@ -62,6 +62,7 @@ TEST_F(ComponentTest, RefusesToolObjectsThatItWasMadeWithout) {
   EXPECT_EQ(numberOf([&] { component_.makeSampler(); }), 91);
   EXPECT_EQ(numberOf([&] { component_.makeCoordinateFormatter(); }), 91);
   EXPECT_EQ(numberOf([&] { component_.datumShift(); }), 91);
+  EXPECT_EQ(numberOf([&] { component_.windowlessLoss(); }), 91);
 }
 
 TEST_F(ComponentTest, HandsTheCoordinateFormatterTheToolApplicationsFormat) {

@@ -37,6 +37,7 @@ struct ProfileProceduresTest : testing::Test {
   test::RecordingSettingsStore store;
   OrderedReadouts readouts;
   ModuleState module;
+  NormalTable normalTable = InitNormalDist();
   ErrorLog log{[this] { return folder.path().string(); }, clock, dialogs};
   ErrorTrap trap{{[] { return std::string("Host Planner"); }, "zelProfiler01", &pointer, &dialogs, &eventLoop,
                   &process, &log}};
@@ -55,6 +56,7 @@ struct ProfileProceduresTest : testing::Test {
     all.readouts = &readouts;
     all.module = &module;
     all.trapped = &window;
+    all.normalTable = &normalTable;
     return all;
   }
   void useImperialUnits() {
@@ -71,6 +73,54 @@ struct ProfileProceduresTest : testing::Test {
     EXPECT_FALSE(state.flags.profileError) << "corrected input draws again";
   }
 };
+
+// --- InitITM ---
+
+TEST_F(ProfileProceduresTest, LoadingReadsTheModelsParametersWithLevelsAsDeviates) {
+  store.reads.clear();
+  EXPECT_FALSE(state.model.has_value());
+  procedures.InitITM(state);
+  EXPECT_EQ(store.reads, (Names{"ITM/iHor=0", "ITM/iRadioClimate=5", "ITM/dDielectric=15", "ITM/dCond=0.005",
+                                "ITM/dSurfRef=301", "ITM/dConfidence=0.5", "ITM/dReliability=0.5"}));
+  EXPECT_EQ(state.model, (ModelParameters{0, 5, 15, 0.005, 301, 0, 0}));
+
+  for (const auto& [key, value] : {std::pair{"iHor", "1"},
+                                   {"iRadioClimate", "9"},
+                                   {"dDielectric", "80"},
+                                   {"dCond", "5"},
+                                   {"dSurfRef", "350"},
+                                   {"dConfidence", "90"},
+                                   {"dReliability", "0.1"}})
+    store.set("ITM", key, value);
+  procedures.InitITM(state);
+  EXPECT_EQ(state.model, (ModelParameters{1, 9, 80, 5, 350, -1.28, 1.28})) << "codes are kept as stored";
+  EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(ProfileProceduresTest, AModelsParameterThatCannotBeUsedIsTrappedAndLeavesTheProfileAlone) {
+  struct {
+    const char* key;
+    const char* value;
+    const char* location;
+    const char* number;
+  } const rows[] = {{"dConfidence", "100", "frmProfile:InitITM:1", "Error Number: 9"},
+                    {"dReliability", "1e400", "frmProfile:InitITM:0", "Error Number: 6"},
+                    {"iHor", "32768", "frmProfile:InitITM:0", "Error Number: 6"}};
+  for (const auto& row : rows) {
+    procedures.InitITM(state);
+    ASSERT_TRUE(state.model.has_value());
+    dialogs.messages.clear();
+    store.set("ITM", row.key, row.value);
+    procedures.InitITM(state);
+    ASSERT_EQ(dialogs.messages.size(), 1U) << row.key;
+    EXPECT_NE(dialogs.messages[0].text.find(row.location), std::string::npos) << dialogs.messages[0].text;
+    EXPECT_NE(dialogs.messages[0].text.find(row.number), std::string::npos) << dialogs.messages[0].text;
+    EXPECT_FALSE(state.model.has_value()) << "there is no modeled loss";
+    EXPECT_FALSE(module.bProfileFailed);
+    dialogs.messages.clear();
+    store.memory.values.clear();
+  }
+}
 
 // --- DoPreCalc ---
 

@@ -30,6 +30,14 @@ TEST(SamplerMessages, EveryOtherStatusHasNone) {
   for (const int status : {0, 5, 6, 100, -1}) EXPECT_EQ(samplerMessage(status), nullptr) << status;
 }
 
+TEST(SamplerMessages, AreFailuresWithNumbersOfTheirOwnWhereThereIsNoWindow) {
+  for (const int status : {1, 2, 3, 4}) {
+    const RuntimeError error = samplerFailure(*samplerMessage(status));
+    EXPECT_EQ(error.number(), 1000 + status);
+    EXPECT_EQ(error.description(), samplerMessage(status)->text);
+  }
+}
+
 TEST(SamplerMessages, BoxesStandUnderProfileErrorWithOneButton) {
   const MessageBoxRequest box = profileErrorBox(kUnderRangeText, MessageIcon::kCritical);
   EXPECT_EQ(box.text, "Under Range Error.");

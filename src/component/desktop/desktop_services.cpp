@@ -5,7 +5,6 @@
 #include "component/desktop/desktop_process.h"
 #include "component/own_application.h"
 #include "component/unavailable_windows.h"
-#include "foundation/runtime_error.h"
 #include "zeltool/coordinates/standard_coordinate_formatter.h"
 #include "zeltool/geodesy/proj_datum_shift.h"
 #include "zeltool/geodesy/wgs84_geodesy.h"
@@ -59,7 +58,7 @@ ComponentServices makeDesktopServices() {
   services.makeCoordinateFormatter = [] { return std::make_unique<StandardCoordinateFormatter>(); };
   services.terrainSourceName = terrainSourceName;
   services.bundledTerrain = bundledTerrainFolder().string();
-  services.pathLoss = []() -> float { throw RuntimeError::actionNotSupported(); };
+  services.pathLoss = [](Component& component) { return component.windowlessLoss().NVCalcPathLoss(); };
   return services;
 }
 

@@ -23,6 +23,11 @@ const SamplerMessage* samplerMessage(int status) {
   return nullptr;
 }
 
+RuntimeError samplerFailure(const SamplerMessage& message) {
+  constexpr int kOwnNumbers = 1000;
+  return {kOwnNumbers + message.status, std::string(message.text)};
+}
+
 MessageBoxRequest profileErrorBox(std::string_view text, MessageIcon icon) {
   return {std::string(text), std::string(kProfileErrorTitle), icon, MessageButtons::kOk};
 }

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "foundation/runtime_error.h"
 #include "platform/dialogs.h"
 
 namespace zel {
@@ -19,6 +20,10 @@ struct SamplerMessage {
 
 // The message of a failed sampling; null for every status that lets the profile go on, so for all but 1 to 4.
 const SamplerMessage* samplerMessage(int status);
+
+// The same where there is no window to tell it in: a failure for the trap, with the text and a number of its
+// own, 1000 + the status.
+RuntimeError samplerFailure(const SamplerMessage& message);
 
 // The box with a text under the title "Profile Error".
 MessageBoxRequest profileErrorBox(std::string_view text, MessageIcon icon);

@@ -2,6 +2,7 @@
 
 #include "profile/calculation/earth_curvature.h"
 #include "profile/calculation/fresnel_line.h"
+#include "profile/sampling/ground_heights.h"
 #include "profile/sampling/sampler_messages.h"
 #include "profile/sampling/terrain_sampling.h"
 
@@ -26,6 +27,15 @@ class DrawingMark {
 
 ProfileProcedures::ProfileProcedures(Services services, SettingsReader settings)
     : services_(std::move(services)), settings_(std::move(settings)) {}
+
+void ProfileProcedures::InitITM(ProfileViewState& state) {
+  state.model.reset();
+  services_.trapped->run(":InitITM:", [&] {
+    const ItmSettings stored = readItmSettings(settings_, SettingsUser::kWindow);
+    services_.trapped->step(1);
+    state.model = modelParameters(stored, *services_.normalTable);
+  });
+}
 
 void ProfileProcedures::DoPreCalc(ProfileViewState& state) {
   runOrFail(":DoPreCalc:", [&] { preCalculate(state); });
@@ -85,9 +95,8 @@ bool ProfileProcedures::resampleTerrain(ProfileViewState& state) {
   if (sampled.status == kSamplerOk) state.flags.profileError = state.flags.terrainError = false;
 
   state.rawElevation = sampled.heights;
-  CleanedHeights cleaned = cleanedHeights(std::move(sampled.heights));
-  if (cleaned.impossible) halt(*cleaned.impossible);
-  state.elevation = std::move(cleaned.heights);
+  state.elevation =
+      groundHeights(std::move(sampled.heights), *services_.sampler, *services_.errorLog, *services_.hardStop);
   return true;
 }
 
@@ -129,16 +138,6 @@ void ProfileProcedures::refuseProfile(ProfileViewState& state, std::string_view 
 void ProfileProcedures::showHeight(const ProfileViewState& state, std::string_view control, float height) {
   services_.readouts->show(
       control, formatNumber(height * state.inputs.units.height.factor, kGroundPattern, services_.numbers));
-}
-
-void ProfileProcedures::halt(const ImpossibleHeight& impossible) {
-  const std::vector<GeoPoint> positions = services_.sampler->positions();
-  const auto index = static_cast<std::size_t>(impossible.sample - 1);
-  const auto place = index < positions.size() ? std::optional(positions[index]) : std::nullopt;
-  const std::string reason = describe(impossible, place);
-  services_.errorLog->write(reason);
-  services_.hardStop->stop(reason);
-  throw RuntimeError::internalError(reason);  // the stop is final: nothing is computed from such a height
 }
 
 }  // namespace zel

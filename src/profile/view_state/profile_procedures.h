@@ -1,8 +1,9 @@
 // The procedures that fill a view's state: each reads its inputs from the state, calls a stage and shows the
 // result.
 //
-// DoPreCalc runs once when a view is loaded. A drawing then begins with prepareDrawing, which brings rise,
-// terrain, statistics and lines up to date. A view without a window is brought up to date by refreshProfile.
+// InitITM and DoPreCalc run once when a view is loaded. A drawing then begins with prepareDrawing, which
+// brings rise, terrain, statistics and lines up to date. A view without a window is brought up to date by
+// refreshProfile.
 #pragma once
 
 #include <memory>
@@ -10,12 +11,12 @@
 
 #include "component/services/error_log.h"
 #include "component/services/error_trap.h"
+#include "component/services/normal_table.h"
 #include "foundation/number_text.h"
 #include "platform/dialogs.h"
 #include "platform/geodesy.h"
 #include "platform/process_services.h"
 #include "platform/terrain.h"
-#include "profile/sampling/height_cleanup.h"
 #include "profile/view_state/profile_readouts.h"
 #include "profile/view_state/profile_view_state.h"
 
@@ -32,11 +33,16 @@ class ProfileProcedures {
     HardStop* hardStop = nullptr;
     ErrorLog* errorLog = nullptr;
     ProfileReadouts* readouts = nullptr;
-    ModuleState* module = nullptr;     // for bProfileFailed
-    TrappedModule* trapped = nullptr;  // of the window, "frmProfile"
-    NumberStyle numbers;               // of the read-outs
+    ModuleState* module = nullptr;             // for bProfileFailed
+    TrappedModule* trapped = nullptr;          // of the window, "frmProfile"
+    NumberStyle numbers;                       // of the read-outs
+    const NormalTable* normalTable = nullptr;  // for InitITM
   };
   ProfileProcedures(Services services, SettingsReader settings);
+
+  // The irregular terrain model's parameters of the settings, once when a view is loaded. After a failure,
+  // which is trapped at ":InitITM:", the state has none; the profile itself is not to blame and is drawn.
+  void InitITM(ProfileViewState& state);
 
   // Distance, bearing and layout of the path, shown in lblDist and lblAzd. A path under 0.2 km is told in a
   // box and sets the under-range and profile-error flags. Location ":DoPreCalc:".
@@ -76,7 +82,6 @@ class ProfileProcedures {
   void preCalculate(ProfileViewState& state);
   void refuseProfile(ProfileViewState& state, std::string_view text, MessageIcon icon);
   void showHeight(const ProfileViewState& state, std::string_view control, float height);
-  void halt(const ImpossibleHeight& impossible);
 
   Services services_;
   SettingsReader settings_;

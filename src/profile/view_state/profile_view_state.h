@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "component/services/display_units.h"
 #include "component/services/module_state.h"
@@ -16,6 +17,7 @@
 #include "profile/calculation/height_statistics.h"
 #include "profile/calculation/line_of_sight.h"
 #include "profile/path/path_geometry.h"
+#include "profile/path_loss/model_parameters.h"
 #include "profile/plot_index/plot_index.h"
 #include "profile/settings/readers.h"
 
@@ -72,6 +74,8 @@ struct ProfileViewState {
   float wavelength = 0;  // metres
   HeightStatistics statistics;
   SamplingReport samplingReport;
+  // Of the modeled loss; none when they could not be read: there is no modeled loss then.
+  std::optional<ModelParameters> model;
 
   ProfileMarker leftMarker;
   ProfileMarker rightMarker;

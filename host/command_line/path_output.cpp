@@ -1,0 +1,58 @@
+#include "command_line/path_output.h"
+
+#include <cmath>
+#include <iostream>
+#include <string_view>
+
+#include "command_line/output.h"
+
+namespace zel::host {
+namespace {
+
+std::string metres(double height) { return std::isnan(height) ? "unknown" : fixed(height, 1) + " m"; }
+
+}  // namespace
+
+nlohmann::ordered_json rounded(double value, int decimals) {
+  if (!std::isfinite(value)) return nullptr;
+  return std::stod(fixed(value, decimals));
+}
+
+nlohmann::ordered_json stationJson(const Position& position, std::int16_t antennaHeight) {
+  return {{"latitude", position.latitude}, {"longitude", position.longitude}, {"antenna_m", antennaHeight}};
+}
+
+std::string stationSentence(const Position& position, std::int16_t antennaHeight) {
+  return latitudeText(position.latitude) + ", " + longitudeText(position.longitude) + ", antenna " +
+         std::to_string(antennaHeight) + " m above ground";
+}
+
+nlohmann::ordered_json groundJson(const GroundFigures& ground) {
+  return {{"start", rounded(ground.start, 3)},
+          {"end", rounded(ground.end, 3)},
+          {"minimum", rounded(ground.minimum, 3)},
+          {"maximum", rounded(ground.maximum, 3)},
+          {"average", rounded(ground.average, 3)}};
+}
+
+std::string groundSentence(const GroundFigures& ground) {
+  return "start " + metres(ground.start) + ", end " + metres(ground.end) + ", lowest " +
+         metres(ground.minimum) + ", highest " + metres(ground.maximum) + ", average " +
+         metres(ground.average) + " above sea level";
+}
+
+std::string reverseLossSentence(double forward, double reverse) {
+  const std::string both = fixed(reverse, 2) + " dB from the end to the start";
+  const std::string difference = fixed(std::abs(reverse - forward), 2);
+  if (difference == "0.00") return both + ", the same: the model treats both ends alike";
+  return both + ", " + difference + " dB " + (reverse > forward ? "more" : "less") +
+         ": samples, horizons and fitted ground are taken from the transmitter on, and fall a little "
+         "differently from the other end";
+}
+
+void summaryLine(const char* title, const std::string& text) {
+  constexpr std::size_t kColumn = 18;
+  std::cout << title << std::string(kColumn - std::string_view(title).size(), ' ') << text << '\n';
+}
+
+}  // namespace zel::host

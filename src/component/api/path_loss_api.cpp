@@ -1,0 +1,271 @@
+// The public loss of a path: the inputs as the profile takes them, the number as the component's own
+// calculation makes it.
+#include <array>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "component/api/path_request.h"
+#include "component/api/public_model.h"
+#include "component/api/ready_component.h"
+#include "component/api/terrain_provenance.h"
+#include "foundation/number_text.h"
+#include "models/longrice/normal_deviate.h"
+#include "models/longrice/parameter_error.h"
+#include "models/longrice/radio_climate.h"
+#include "profile/path/path_geometry.h"
+#include "profile/path_loss/free_space_loss.h"
+#include "profile/path_loss/level_deviate.h"
+#include "profile/path_loss/modeled_loss.h"
+#include "profile/sampling/height_cleanup.h"
+#include "profile/sampling/sampler_messages.h"
+#include "profile/sampling/terrain_sampling.h"
+#include "zel/path_loss.h"
+
+namespace zel {
+namespace {
+
+constexpr std::int16_t kFewestSamples = 2;
+
+// The ground from one station to the other, as the component samples it.
+struct Leg {
+  double distance = 0;         // km
+  double azimuth = 0;          // degrees
+  std::int16_t points = 0;     // samples, both ends included
+  SampleArray<float> raw;      // metres, voids included
+  SampleArray<float> cleaned;  // metres, as the model is given them
+};
+
+class LossComputation {
+ public:
+  LossComputation(Component& component, const PathLossRequest& request)
+      : component_(component), request_(request), inputs_(component, loss_.notes) {}
+
+  PathLoss run() {
+    try {
+      takeInputs();
+      const Leg forward = sampled(start_, end_);
+      describePath(forward);
+      describeGround(forward);
+      takeParameters();
+      if (isModelFrequency(frequency_))
+        computeModel(forward);
+      else
+        loss_.warnings.push_back("the frequency of " + generalNumber(loss_.frequencyMhz) +
+                                 " MHz is outside 20 to 20000 MHz, where the model is not asked: there is no "
+                                 "modeled loss (GetPathLoss gives 0)");
+    } catch (const Refusal& refusal) {
+      fail(refusal.status, refusal.reason);
+    } catch (const longrice::ParameterError& error) {
+      fail(kRequestRefused, error.description());
+    }
+    return std::move(loss_);
+  }
+
+ private:
+  void fail(int status, const std::string& reason) {
+    loss_ = {};
+    loss_.status = status;
+    loss_.error = reason;
+  }
+
+  void takeInputs() {
+    start_ = checkedPosition(request_.from, "start");
+    end_ = checkedPosition(request_.to, "end");
+    heights_ = {inputs_.antennaHeight(request_.fromHeight, settings::kPrfHtL, "start"),
+                inputs_.antennaHeight(request_.toHeight, settings::kPrfHtR, "end")};
+    frequency_ =
+        static_cast<float>(inputs_.positive(request_.frequencyMhz, settings::kPrfFreq, "frequency", " MHz"));
+    if (!request_.frequencyMhz && !inputs_.isStored(settings::kPrfFreq))
+      loss_.notes.push_back("a host's GetPathLoss takes " +
+                            std::string(settings::kPrfFreq.defaultFor(SettingsUser::kWindowless)) +
+                            " MHz when no frequency is stored");
+    density_ = inputs_.density();
+    loss_.from = {start_.latitude, start_.longitude};
+    loss_.to = {end_.latitude, end_.longitude};
+    loss_.startHeightM = heights_[0];
+    loss_.endHeightM = heights_[1];
+    loss_.frequencyMhz = decimalValue(frequency_);
+  }
+
+  // The first leg is the forward one, whose terrain is reported.
+  Leg sampled(GeoPoint from, GeoPoint to) {
+    Leg leg;
+    const PathGeometry path = measurePath(component_.geodesy(), from, to);
+    leg.distance = path.distance;
+    leg.azimuth = path.azimuth;
+    leg.points = inputs_.laidOut(density_, [&] { return modelPoints(density_, leg.distance); });
+    // The sampler would say that it was asked for too few.
+    if (leg.points < kFewestSamples)
+      throw Refusal{"the stations are only " + formatNumber(leg.distance, "0.0000") +
+                        " km apart, too near for two samples at " + std::to_string(density_.pointsPerKm) +
+                        " points a kilometre (" + nameOf(settings::kPrfPer) + ", at most " +
+                        nameOf(settings::kPrfMax) + ": " + std::to_string(density_.maxPoints) +
+                        "); move them apart or set more points",
+                    kSamplerUnderRange};
+
+    const bool first = sampler_ == nullptr;
+    if (first) sampler_ = component_.makeSampler();
+    RawSamples samples =
+        sampleTerrain(*sampler_, component_.terrain(),
+                      stationToStationRequest(from, to, leg.points, inputs_.method(), inputs_.source()));
+    const SamplingReport& report = sampler_->report();
+    if (samplerMessage(samples.status) != nullptr) throw Refusal{report.reason, samples.status};
+    if (first) loss_.terrain = terrainProvenance(report, component_.state());
+    leg.raw = std::move(samples.heights);
+    refuseImpossibleHeights(leg.raw, sampler_->positions());
+    leg.cleaned = cleanedHeights(leg.raw).heights;
+    return leg;
+  }
+
+  void describePath(const Leg& leg) {
+    loss_.distanceKm = leg.distance;
+    loss_.bearingDeg = leg.azimuth;
+    loss_.points = leg.points;
+    loss_.samplingSpacingM = leg.distance / (leg.points - 1) * 1000;
+    loss_.spacingM = static_cast<double>(modelSpacing(leg.distance, leg.points));
+    loss_.freeSpaceDb = static_cast<double>(FreeSpaceLoss(frequency_, static_cast<float>(leg.distance)));
+    inputs_.noteLimit(density_, leg.distance, leg.points, "points");
+    loss_.notes.push_back("the samples lie " + formatNumber(loss_.samplingSpacingM, "0.0##") +
+                          " m apart; the model is told " + formatNumber(loss_.spacingM, "0.0##") +
+                          " m, the distance divided by the number of points, and so sees the path shorter "
+                          "by one part in " +
+                          std::to_string(leg.points));
+  }
+
+  void describeGround(const Leg& leg) {
+    std::vector<double> ground;
+    ground.reserve(leg.raw.span().size());
+    int missing = 0;
+    for (const float height : leg.raw.span()) {
+      const bool known = !isMissingHeight(height);
+      ground.push_back(known ? static_cast<double>(height) : std::numeric_limits<double>::quiet_NaN());
+      missing += known ? 0 : 1;
+    }
+    const GroundSummary summary = summaryOf(ground);
+    loss_.startGroundM = summary.start;
+    loss_.endGroundM = summary.end;
+    loss_.minimumM = summary.minimum;
+    loss_.maximumM = summary.maximum;
+    loss_.averageM = summary.average;
+
+    loss_.warnings = loss_.terrain.warnings;
+    if (missing > 0)
+      loss_.warnings.push_back(std::to_string(missing) + " of " + std::to_string(ground.size()) +
+                               " samples have no height and were taken as 0 m above sea level: the modeled "
+                               "loss is that of a path through them");
+    warnOfEnd(summary.start, "start");
+    warnOfEnd(summary.end, "end");
+  }
+
+  void warnOfEnd(double ground, const char* which) {
+    if (std::isnan(ground))
+      loss_.warnings.push_back("the terrain has no height under the " + std::string(which) +
+                               ": its antenna was taken to stand at sea level");
+  }
+
+  // Each read by itself first, so that one that does not fit is refused by name.
+  ItmSettings storedParameters() const {
+    constexpr auto kUser = SettingsUser::kWindowless;
+    const SettingsReader& reader = inputs_.settings();
+    for (const Setting* setting : {&settings::kItmPolarization, &settings::kItmClimate})
+      inputs_.number(*setting, [&] { return reader.int16(*setting, kUser); });
+    for (const Setting* setting :
+         {&settings::kItmPermittivity, &settings::kItmConductivity, &settings::kItmRefractivity,
+          &settings::kItmConfidence, &settings::kItmReliability})
+      inputs_.number(*setting, [&] { return reader.real64(*setting, kUser); });
+    return readItmSettings(reader, kUser);
+  }
+
+  void takeParameters() {
+    const ItmSettings stored = storedParameters();
+    noteDefaults();
+    PathLossModelInputs& model = loss_.model;
+    model.confidence = level(stored.confidence, settings::kItmConfidence, "confidence");
+    model.reliability = level(stored.reliability, settings::kItmReliability, "reliability");
+    parameters_ = modelParameters(stored, component_.normalTable());
+    noteDeviate("confidence", model.confidence, parameters_.confidence);
+    noteDeviate("reliability", model.reliability, parameters_.reliability);
+    model.confidenceDeviate = parameters_.confidence;
+    model.reliabilityDeviate = parameters_.reliability;
+    model.polarization = stored.polarization == 0 ? Polarization::kHorizontal : Polarization::kVertical;
+    model.climate =
+        longrice::isRadioClimate(stored.climate) ? stored.climate : longrice::kContinentalTemperate;
+    model.permittivity = stored.permittivity;
+    model.conductivity = stored.conductivity;
+    model.surfaceRefractivity = stored.refractivity;
+  }
+
+  void noteDefaults() {
+    std::string missing;
+    for (const Setting* setting :
+         {&settings::kItmPolarization, &settings::kItmClimate, &settings::kItmPermittivity,
+          &settings::kItmConductivity, &settings::kItmRefractivity, &settings::kItmConfidence,
+          &settings::kItmReliability})
+      if (!inputs_.isStored(*setting)) missing += (missing.empty() ? "" : ", ") + nameOf(*setting);
+    if (!missing.empty())
+      loss_.notes.push_back("the model's defaults are used where nothing is stored: " + missing);
+  }
+
+  // The fraction in hundredths that a stored level comes to.
+  double level(double stored, const Setting& setting, const std::string& what) {
+    constexpr std::int64_t kWhole = 100;  // one past the deviates
+    const std::int64_t hundredths = levelIndex(normalisedLevel(stored));
+    if (hundredths >= kWhole)
+      throw Refusal{"the setting " + nameOf(setting) + " is " + generalNumber(stored) +
+                    ", which is read as 100 %; a " + what +
+                    " of 100 % has no loss, set 0.01 to 0.99 or the same in percent"};
+    const double fraction = static_cast<double>(hundredths) / 100;
+    if (stored != fraction && stored != static_cast<double>(hundredths))
+      loss_.notes.push_back("the setting " + nameOf(setting) + ", " + generalNumber(stored) +
+                            ", is used as " + formatNumber(fraction, "0.00") +
+                            ": levels are whole percents from 1 to 99");
+    return fraction;
+  }
+
+  void noteDeviate(const std::string& what, double fraction, double deviate) {
+    const double exact = longrice::normalDeviate(fraction);
+    constexpr double kSame = 1e-9;  // of a deviate, dimensionless
+    if (std::abs(exact - deviate) < kSame) return;
+    loss_.notes.push_back("the " + what + " of " + formatNumber(fraction * 100, "0") +
+                          " % is used as the two-decimal normal deviate " + formatNumber(deviate, "0.00") +
+                          " (exactly " + formatNumber(exact, "0.0000") + ")");
+  }
+
+  ModelPath modelPath(const Leg& leg, std::array<std::int16_t, 2> heights) const {
+    return {leg.cleaned.span(), modelSpacing(leg.distance, leg.points), heights, frequency_};
+  }
+
+  void computeModel(const Leg& forward) {
+    const ModelPath path = modelPath(forward, heights_);
+    const longrice::Prediction prediction = modelPrediction(path, parameters_);
+    loss_.mode = publicMode(prediction.terrain().mode);
+    loss_.method = publicMethod(prediction.reference().method);
+    loss_.terrainIrregularityM = prediction.terrain().deltaH;
+    for (std::string& text : prediction.warningTexts()) loss_.warnings.push_back(std::move(text));
+    loss_.modeledDb = static_cast<double>(modeledLoss(path, parameters_));
+    // Sampled anew, as GetPathLoss samples it for the stations the other way round.
+    const Leg reverse = sampled(end_, start_);
+    loss_.reverseModeledDb =
+        static_cast<double>(modeledLoss(modelPath(reverse, {heights_[1], heights_[0]}), parameters_));
+  }
+
+  Component& component_;
+  const PathLossRequest& request_;
+  PathLoss loss_;
+  PathInputs inputs_;
+  std::unique_ptr<TerrainSampler> sampler_;
+  GeoPoint start_, end_;
+  std::array<std::int16_t, 2> heights_{};  // metres above ground
+  float frequency_ = 0;                    // MHz
+  CalculationSettings density_;
+  ModelParameters parameters_;
+};
+
+}  // namespace
+
+PathLoss computePathLoss(const PathLossRequest& request) {
+  return accessing([&](Component& component) { return LossComputation(component, request).run(); });
+}
+
+}  // namespace zel

@@ -1,0 +1,106 @@
+// What the public functions over a path share: what the caller gives or the settings hold in its place, what
+// is noted of it, and what is refused.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "component/component.h"
+#include "foundation/geo_point.h"
+#include "foundation/runtime_error.h"
+#include "foundation/sample_array.h"
+#include "profile/settings/readers.h"
+#include "zel/coordinates.h"
+
+namespace zel {
+
+inline constexpr int kRequestRefused = 5;
+
+// Ends a computation: the request cannot be computed.
+struct Refusal {
+  std::string reason;
+  int status = kRequestRefused;
+};
+
+// "Profile/Prf_Freq"
+std::string nameOf(const Setting& setting);
+
+// The value as the decimal text of a 32-bit float says it, so that a stored "1.333" is 1.333 in 64 bits too.
+double decimalValue(float value);
+
+// Degrees; longitudes go on past 180 on some maps and are brought back. Throws Refusal.
+GeoPoint checkedPosition(const Position& position, const char* which);
+
+// The inputs of one request. Everything throws Refusal for what cannot be used, and notes in words what was
+// taken from elsewhere or rounded.
+class PathInputs {
+ public:
+  // Both must outlive the object.
+  PathInputs(Component& component, std::vector<std::string>& notes)
+      : component_(component), settings_(component.settingsReader()), notes_(notes) {}
+
+  const SettingsReader& settings() const { return settings_; }
+  bool isStored(const Setting& setting) const;
+  // "from the setting Profile/Prf_Freq", or that nothing is stored there.
+  std::string originOf(const Setting& setting) const;
+
+  // A number of the settings; one that does not fit its type is refused by name.
+  template <typename Read>
+  auto number(const Setting& setting, Read&& read) const {
+    try {
+      return read();
+    } catch (const RuntimeError& error) {
+      refuseOverflow(setting, error);
+      throw;
+    }
+  }
+
+  // Whole metres above ground.
+  std::int16_t antennaHeight(const std::optional<double>& given, const Setting& setting, const char* which);
+  // The given number or the setting's, above 0 and within what 32-bit floats carry through every formula.
+  double positive(const std::optional<double>& given, const Setting& setting, const std::string& what,
+                  const std::string& unit);
+
+  CalculationSettings density() const;
+  std::int32_t method() const;  // of interpolation, 0 or 1
+  std::int16_t source() const;  // of terrain, 1, 2, 3, 7 or 9
+
+  // Runs a laying out that may overflow with these points per kilometre.
+  template <typename LayOut>
+  auto laidOut(const CalculationSettings& density, LayOut&& layOut) const {
+    try {
+      return layOut();
+    } catch (const RuntimeError& error) {
+      refuseLayOut(density, error);
+    }
+  }
+  // When the maximum cut the number of intervals or points that the distance in km would have had.
+  void noteLimit(const CalculationSettings& density, double distance, std::int32_t count, const char* unit);
+
+ private:
+  void refuseOverflow(const Setting& setting, const RuntimeError& error) const;
+  [[noreturn]] static void refuseLayOut(const CalculationSettings& density, const RuntimeError& error);
+
+  Component& component_;
+  SettingsReader settings_;
+  std::vector<std::string>& notes_;
+};
+
+// The component halts on such a height; a caller of the public functions is told instead, by Refusal.
+void refuseImpossibleHeights(const SampleArray<float>& rawHeights, const std::vector<GeoPoint>& positions);
+
+// Metres; not a number where there is none.
+struct GroundSummary {
+  double start = 0;
+  double end = 0;
+  double minimum = 0;
+  double maximum = 0;
+  double average = 0;
+};
+// Of ground in metres that is not a number in a void; voids are left out. At least one sample is needed.
+GroundSummary summaryOf(std::span<const double> ground);
+
+}  // namespace zel
