@@ -22,6 +22,8 @@ inline std::string positiveNumberProblem(const std::string& text) {
   return "\"" + text + "\" is not a number above 0, at most 1000000";
 }
 
+void addLongleyRiceCommand(CLI::App& program);
+void addLossCommand(CLI::App& program);
 void addProfileCommand(CLI::App& program);
 void addSampleCommand(CLI::App& program);
 void addTerrainCommand(CLI::App& program);

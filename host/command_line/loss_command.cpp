@@ -1,0 +1,167 @@
+// loss: free-space and modeled loss between two stations, as a summary and as JSON.
+#include <cmath>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "command_line/command_error.h"
+#include "command_line/commands.h"
+#include "command_line/output.h"
+#include "command_line/path_output.h"
+#include "command_line/provenance.h"
+#include "command_line/stations.h"
+#include "zel/path_loss.h"
+
+namespace zel::host {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kLossDecimals = 4;  // what a 32-bit float of some hundred dB holds
+constexpr int kMedian = 50;       // percent
+
+struct LossOptions {
+  std::string from, to;
+  std::optional<double> frequency;
+  bool json = false;
+};
+
+int percent(double fraction) { return static_cast<int>(std::lround(fraction * 100)); }
+
+const char* polarizationName(Polarization polarization) {
+  return polarization == Polarization::kHorizontal ? "horizontal" : "vertical";
+}
+
+GroundFigures groundOf(const PathLoss& loss) {
+  return {loss.startGroundM, loss.endGroundM, loss.minimumM, loss.maximumM, loss.averageM};
+}
+
+Json lossOrNull(const std::optional<double>& loss) {
+  return loss ? rounded(*loss, kLossDecimals) : Json(nullptr);
+}
+
+Json inputsJson(const PathLoss& loss) {
+  const PathLossModelInputs& model = loss.model;
+  Json json;
+  json["from"] = stationJson(loss.from, loss.startHeightM);
+  json["to"] = stationJson(loss.to, loss.endHeightM);
+  json["frequency_mhz"] = rounded(loss.frequencyMhz, 6);
+  json["model_spacing_m"] = rounded(loss.spacingM, 4);
+  json["polarization"] = polarizationName(model.polarization);
+  json["climate"] = model.climate;
+  json["climate_name"] = radioClimateName(model.climate);
+  json["permittivity"] = model.permittivity;
+  json["conductivity_s_per_m"] = model.conductivity;
+  json["surface_refractivity"] = model.surfaceRefractivity;
+  json["confidence_percent"] = percent(model.confidence);
+  json["reliability_percent"] = percent(model.reliability);
+  json["confidence_deviate"] = model.confidenceDeviate;
+  json["reliability_deviate"] = model.reliabilityDeviate;
+  json["variability"] =
+      "reliability is time, confidence is situation; mobile stations, location variability off";
+  json["free_space"] =
+      "free_space_db is 32.4 + 20 log f + 20 log d (MHz, km); inside modeled_db the model has its own "
+      "free-space part, with 32.45 and over the length that it is told";
+  json["terrain"] = terrainJson(loss.terrain);
+  json["notes"] = loss.notes;
+  return json;
+}
+
+Json lossJson(const PathLoss& loss) {
+  Json json;
+  json["distance_km"] = rounded(loss.distanceKm, 6);
+  json["bearing_deg"] = rounded(loss.bearingDeg, 4);
+  json["points"] = loss.points;
+  json["spacing_m"] = rounded(loss.samplingSpacingM, 4);
+  json["ground_m"] = groundJson(groundOf(loss));
+  json["free_space_db"] = rounded(loss.freeSpaceDb, kLossDecimals);
+  json["modeled_db"] = lossOrNull(loss.modeledDb);
+  json["reverse_modeled_db"] = lossOrNull(loss.reverseModeledDb);
+  json["method"] = loss.modeledDb ? Json(propagationMethodText(loss.method)) : Json(nullptr);
+  json["mode"] = loss.modeledDb ? Json(pathModeText(loss.mode, loss.method)) : Json(nullptr);
+  json["warnings"] = loss.warnings;
+  json["inputs"] = inputsJson(loss);
+  return json;
+}
+
+std::string levelsSentence(const PathLossModelInputs& model) {
+  const int reliability = percent(model.reliability);
+  const int confidence = percent(model.confidence);
+  return std::string("basic transmission loss between isotropic antennas, ") +
+         (reliability == kMedian && confidence == kMedian ? "median: " : "") + "reliability " +
+         std::to_string(reliability) + " %, confidence " + std::to_string(confidence) + " %";
+}
+
+void printSummary(const PathLoss& loss) {
+  const auto& line = summaryLine;
+  const PathLossModelInputs& model = loss.model;
+  line("From", stationSentence(loss.from, loss.startHeightM));
+  line("To", stationSentence(loss.to, loss.endHeightM));
+  line("Distance", fixed(loss.distanceKm, 3) + " km");
+  line("Bearing", fixed(loss.bearingDeg, 2) + " degrees");
+  line("Points", std::to_string(loss.points) + ", " + fixed(loss.samplingSpacingM, 2) + " m apart");
+  line("Ground", groundSentence(groundOf(loss)));
+  line("Free-space loss", fixed(loss.freeSpaceDb, 2) + " dB");
+  if (loss.modeledDb) {
+    line("Modeled loss", fixed(*loss.modeledDb, 2) + " dB from the start to the end");
+    line("Reverse", reverseLossSentence(*loss.modeledDb, loss.reverseModeledDb.value_or(*loss.modeledDb)));
+    line("Mode", pathModeText(loss.mode, loss.method));
+    line("Meaning", levelsSentence(model));
+  } else {
+    line("Modeled loss", "none at this frequency");
+  }
+  line("Computed with", shortest(loss.frequencyMhz) + " MHz, " + polarizationName(model.polarization) +
+                            " polarization, climate " + std::to_string(model.climate) + " (" +
+                            radioClimateName(model.climate) + "), ground " + shortest(model.permittivity) +
+                            " and " + shortest(model.conductivity) + " S/m, surface refractivity " +
+                            shortest(model.surfaceRefractivity) + " N-units, " + loss.terrain.method);
+  line("Terrain", terrainSentence(loss.terrain));
+  for (const std::string& text : loss.notes) line("Note", text);
+  for (const std::string& text : loss.warnings) line("Warning", text);
+}
+
+void runLoss(const LossOptions& options) {
+  const StationInput from = stationOption("--from", options.from);
+  const StationInput to = stationOption("--to", options.to);
+  const PathLoss loss =
+      computePathLoss({from.position, to.position, from.height, to.height, options.frequency});
+  if (loss.status != 0) throw CommandFailure(loss.error);
+  if (options.json)
+    std::cout << lossJson(loss).dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  else
+    printSummary(loss);
+}
+
+}  // namespace
+
+void addLossCommand(CLI::App& program) {
+  auto options = std::make_shared<LossOptions>();
+  CLI::App* command =
+      program.add_subcommand("loss", "Loss of a path: free space, and Longley-Rice over the terrain");
+  command->add_option("--from", options->from, "Start station, the transmitter")
+      ->type_name("LAT,LON[,HEIGHT]")
+      ->check(valueProblem)
+      ->required();
+  command->add_option("--to", options->to, "End station, the receiver")
+      ->type_name("LAT,LON[,HEIGHT]")
+      ->check(valueProblem)
+      ->required();
+  command->add_option("--frequency", options->frequency, "Frequency; by default the setting Profile/Prf_Freq")
+      ->check(positiveNumberProblem)
+      ->type_name("MHZ");
+  command->add_flag("--json", options->json, "Print the result as JSON");
+  command->footer(
+      "The loss is the basic transmission loss between isotropic antennas: add antenna gains yourself.\n"
+      "Heights are metres above ground; without one the settings Profile/Prf_HtL and Profile/Prf_HtR hold.\n"
+      "Climate, ground, refractivity, polarization and percentages are the settings of section ITM.\n"
+      "A host's GetPathLoss gives the same number for the same stations, frequency and settings.\n"
+      "Examples:\n"
+      "  terrain-profiler loss --from 36.40,-84.35,30 --to 36.22,-84.12,30 --frequency 450\n"
+      "  terrain-profiler --set ITM/dReliability=0.9 loss --from 36.40,-84.35,30 --to 36.22,-84.12,30 "
+      "--json");
+  command->callback([options] { runLoss(*options); });
+}
+
+}  // namespace zel::host
