@@ -109,7 +109,7 @@ void takeGround(Reader& reader, std::uint8_t shape, std::vector<double>& elevati
   double height = reader.between(-100, 3000);
   while (!reader.empty()) {
     elevations.push_back(height);
-    height = std::clamp(height + scale * reader.take<std::int8_t>(), -12000.0, 100000.0);
+    height = std::clamp(height + scale * reader.take<std::int8_t>(), -9000.0, 30000.0);
   }
 }
 

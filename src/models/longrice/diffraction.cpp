@@ -12,9 +12,8 @@
 namespace zel::longrice {
 namespace {
 
-// The scale of the normalised distance x. The paper's text rounds it to 151.03, Vogler's kilometre form makes
-// 150.97; the program that the version number belongs to takes 151.0. They differ by 0.02 % of the
-// attenuation.
+// The scale of the normalised distance x. One publication rounds it to 151.03, Vogler's kilometre form makes
+// 150.97; the rounder figure between them differs from either by 0.02 % of the attenuation.
 constexpr double kDistanceScale = 151.0;
 // dB for each unit of x in the published rounding: 20 log e / 151.03.
 constexpr double kAttenuationRate = 0.05751;
@@ -29,7 +28,7 @@ double normalisedDistance(double groundConstant, double cubeRoot, double distanc
   return (1.607 - groundConstant) * kDistanceScale * cubeRoot * distance / radius;
 }
 
-// F beyond the near field, which the antennas' heights no longer shape.
+// F where the ground's constant no longer counts.
 double farHeightGain(double x) { return 40 * std::log10(x) - 117; }
 
 }  // namespace
@@ -46,7 +45,8 @@ double heightGain(double x, double k) {
   constexpr double kFar = 2000;
   if (x < kNear) {
     const double w = -std::log(k);
-    // The sea, and whatever is as good a conductor at this frequency, has a gain of its own near the antenna.
+    // Far enough out, or over ground that is next to a perfect conductor, the ground's constant does not
+    // count.
     if (k < 1e-5 || x * w * w * w > 5495) return x > 1 ? farHeightGain(x) : -117;
     return 2.5e-5 * x * x / k + 20 * std::log10(k) - 15;
   }
@@ -117,8 +117,8 @@ double Diffraction::roundedEarth(double distance) const {
     throw ParameterError(
         Parameter::kPermittivity,
         "the model's rounded earth has no value for this ground, frequency and polarization "
-        "past horizons this near: the ground's constant K is above 1.607; a higher frequency, "
-        "horizontal polarization or a permittivity of 4 or more has one");
+        "past horizons this near: the ground's constant K is above 1.607; take a higher "
+        "frequency, horizontal polarization, or a permittivity further from that of free space");
   return distanceAttenuation(x) - foregroundGain_;
 }
 

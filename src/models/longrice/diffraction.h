@@ -8,7 +8,7 @@
 namespace zel::longrice {
 
 // Fn(v), dB: a single knife edge with the Fresnel parameter v of 0 or more, dimensionless (Algorithm 6.1).
-// Within 0.1 dB of the Fresnel integral; the join at v = 2.4 has a step of 0.02 dB.
+// Within 0.1 dB of the Fresnel integral; the join at v = 2.4 has a step of 0.012 dB.
 double knifeEdgeAttenuation(double v);
 
 // F(x, K), dB: the height-gain of the rounded earth at the normalised distance x for the ground's constant

@@ -35,6 +35,7 @@ void HorizonSearch::addObstacles(std::size_t first, std::size_t end) {
   constexpr double kNothing = -std::numeric_limits<double>::infinity();
   blockTops_.resize((end + kBlock - 1) / kBlock, kNothing);
   double steepest = steepestSample_ == 0 ? kNothing : steepest_;
+  double reach = reach_;
   auto number = static_cast<double>(first);
   while (first < end) {
     const std::size_t block = first / kBlock;
@@ -42,15 +43,18 @@ void HorizonSearch::addObstacles(std::size_t first, std::size_t end) {
     for (const std::size_t blockEnd = std::min((block + 1) * kBlock, end); first < blockEnd;
          ++first, ++number) {
       const double height = flatHeights_[first];
+      reach += spacing_;
       top = std::max(top, height);
       if (height - transmitterTop_ > steepest * number) {
         steepest = (height - transmitterTop_) / number;
         steepestSample_ = first;
+        steepestDistance_ = reach;
       }
     }
     blockTops_[block] = top;
   }
   steepest_ = steepest;
+  reach_ = reach;
 }
 
 // What the receiver looks at: its place, and the steepest sample that it has found.
@@ -102,6 +106,16 @@ std::size_t HorizonSearch::steepestFrom(std::size_t last, double top, double lea
   return view.found;
 }
 
+double HorizonSearch::distanceFromReceiver(std::size_t sample) const {
+  const std::size_t last = samples() - 1;
+  const std::size_t away = last - sample;
+  // The running sum costs a walk, and only where a tenth of the distance is a sample does its last bit count.
+  if (away % 10 != 0) return static_cast<double>(away) * spacing_;
+  double distance = static_cast<double>(last) * spacing_;
+  for (std::size_t i = 0; i < sample; ++i) distance -= spacing_;
+  return distance;
+}
+
 Horizons HorizonSearch::horizons(double receiverHeight) const {
   const std::size_t last = samples() - 1;
   const auto intervals = static_cast<double>(last);
@@ -120,10 +134,10 @@ Horizons HorizonSearch::horizons(double receiverHeight) const {
     result.receiver = {0, distance, -direct / spacing_ - curvature_ * distance};
     return result;
   }
-  const auto ahead = static_cast<double>(steepestSample_) * spacing_;
-  result.transmitter = {steepestSample_, ahead, steepest_ / spacing_};
+  result.transmitter = {steepestSample_, steepestDistance_, steepest_ / spacing_};
   const double away = static_cast<double>(last - seen) * spacing_;
-  result.receiver = {seen, away, (flatHeights_[seen] - flatTop) / away - curvature_ * distance};
+  result.receiver = {seen, distanceFromReceiver(seen),
+                     (flatHeights_[seen] - flatTop) / away - curvature_ * distance};
   return result;
 }
 

@@ -7,6 +7,11 @@
 //     (z - z_t) / s - gamma s / 2.
 // Where no ground in between reaches the straight ray, each antenna's horizon is the other antenna.
 //
+// The distances are running sums of the spacing: from the transmitter outwards, and down from the whole
+// length for the receiver. A tenth of a horizon's distance can fall on a sample; the sum's last bit then
+// decides whether the fits of the effective heights take that sample in, and published losses follow these
+// sums.
+//
 // The ground grows at its end, sample by sample, and may be asked for the horizons to its last sample each
 // time. A sample costs some nanoseconds. A question goes over blocks of samples and looks into those that can
 // hold the horizon, so that it costs a small fraction of a walk over the path.
@@ -50,6 +55,7 @@ class HorizonSearch {
   void look(View& view, std::size_t block) const;
   double steepestPossible(const View& view, std::size_t block) const;
   std::size_t steepestFrom(std::size_t last, double top, double leastSlope) const;
+  double distanceFromReceiver(std::size_t sample) const;
 
   double spacing_;
   double curvature_;
@@ -62,6 +68,8 @@ class HorizonSearch {
   // The steepest from the transmitter's top, of the samples between the ends; metres a sample.
   double steepest_ = 0;
   std::size_t steepestSample_ = 0;  // 0 while there is none
+  double steepestDistance_ = 0;     // from the transmitter, metres, as the running sum has it
+  double reach_ = 0;                // distance of the last sample between the ends, metres, likewise
 };
 
 }  // namespace zel::longrice

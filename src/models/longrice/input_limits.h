@@ -1,6 +1,6 @@
 // What the irregular terrain model can compute with at all. These bounds are far wider than the range that
-// the model is meant for, which warnings.h has: inside them every step is finite, outside a loss would be no
-// number.
+// the model is meant for, which model_warnings.h has: inside them every step is finite, outside a loss would
+// be no number.
 #pragma once
 
 #include "models/longrice/parameter_error.h"
@@ -16,14 +16,15 @@ struct InputLimit {
 };
 
 namespace limits {
-inline constexpr InputLimit kElevation{Parameter::kElevations, "elevation", " m", -12000, 100000};
+// Far outside any land, but inside the marks of missing heights: -9999, -32768, 32767.
+inline constexpr InputLimit kElevation{Parameter::kElevations, "elevation", " m", -9000, 30000};
 inline constexpr InputLimit kSpacing{Parameter::kSpacing, "spacing", " m", 1e-3, 2.1e7};
 // Half the way around the earth.
 inline constexpr InputLimit kDistance{Parameter::kSpacing, "path's length", " m", 1e-3, 2.1e7};
 inline constexpr InputLimit kTransmitterHeight{Parameter::kTransmitterHeight, "transmitter's antenna height",
-                                               " m above ground", 0, 100000};
-inline constexpr InputLimit kReceiverHeight{Parameter::kReceiverHeight, "receiver's antenna height",
-                                            " m above ground", 0, 100000};
+                                               " m", 0, 100000};
+inline constexpr InputLimit kReceiverHeight{Parameter::kReceiverHeight, "receiver's antenna height", " m", 0,
+                                            100000};
 inline constexpr InputLimit kFrequency{Parameter::kFrequency, "frequency", " MHz", 1, 1e6};
 inline constexpr InputLimit kPermittivity{Parameter::kPermittivity, "ground's relative permittivity", "", 1,
                                           1e5};

@@ -41,12 +41,17 @@ double leastDistance(const Link& link) {
   return std::abs(link.terrain.effectiveHeights[0] - link.terrain.effectiveHeights[1]) / kSteepestHorizon;
 }
 
-std::string metres(double value) { return formatNumber(value, "0.#") + " m"; }
-std::string kilometres(double value) { return formatNumber(value / 1000, "0.0##") + " km"; }
+// As given, so that a value just outside a limit does not read like the limit.
+std::string metres(double value) { return generalNumber(value) + " m"; }
+std::string roundedMetres(double value) { return formatNumber(value, "0.#") + " m"; }
+// To the millimetre.
+std::string kilometres(double value) { return formatNumber(value / 1000, "0.0#####") + " km"; }
+std::string roundedKilometres(double value) { return formatNumber(value / 1000, "0.0##") + " km"; }
 
 std::string horizonText(const Link& link, std::size_t j, const char* which, const char* how) {
-  return std::string("the ") + which + "'s horizon is " + kilometres(link.terrain.horizonDistances[j]) +
-         " away, " + how + " the " + kilometres(link.smoothHorizonDistances[j]) +
+  return std::string("the ") + which + "'s horizon is " +
+         roundedKilometres(link.terrain.horizonDistances[j]) + " away, " + how + " the " +
+         roundedKilometres(link.smoothHorizonDistances[j]) +
          " that its effective height has over a smooth earth: the terrain is not what the model averages "
          "over";
 }
@@ -77,7 +82,7 @@ std::string describe(Warning warning, const Link& link, int climate) {
       return "the receiver's antenna height of " + height(1) +
              " is outside the model's range of 0.5 to 3000 m: the loss is probably not valid";
     case Warning::kRefractivityOutOfRange:
-      return "the surface refractivity of " + formatNumber(link.environment.surfaceRefractivity, "0.#") +
+      return "the surface refractivity of " + formatNumber(link.environment.surfaceRefractivity, "0.######") +
              " N-units is outside the model's range of 250 to 400: the loss is probably not valid";
     case Warning::kGroundOutOfRange:
       return "the ground's permittivity and conductivity are those of no ground that the model knows: the "
@@ -97,7 +102,8 @@ std::string describe(Warning warning, const Link& link, int climate) {
              " is shorter than the model's 1 km: the loss is probably not valid";
     case Warning::kDistanceTooShortForHeights:
       return "the path of " + kilometres(terrain.distance) + " is too short for effective heights of " +
-             metres(terrain.effectiveHeights[0]) + " and " + metres(terrain.effectiveHeights[1]) +
+             roundedMetres(terrain.effectiveHeights[0]) + " and " +
+             roundedMetres(terrain.effectiveHeights[1]) +
              ": the ray is steeper than the model's small angles";
     case Warning::kTransmitterHorizonSteep:
       return "the transmitter's horizon stands at " + angle(0) +

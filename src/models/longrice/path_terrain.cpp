@@ -45,18 +45,20 @@ StraightLine groundLine(const SummedHeights& ground, double spacing, const Stret
 constexpr std::size_t kTransmitter = 0;
 constexpr std::size_t kReceiver = 1;
 
-// An antenna that nothing lifts above the ground ahead has no horizon to speak of.
+// An antenna that nothing lifts above the ground ahead has no horizon to speak of. What the fit's rounding
+// makes of a height of 0 is far below the least height.
+void requireHeightAboveGround(double effectiveHeight, Parameter parameter, const char* which) {
+  constexpr double kLeastHeight = 1e-3;  // metres
+  if (effectiveHeight >= kLeastHeight) return;
+  throw ParameterError(
+      parameter, std::string("the ") + which +
+                     "'s antenna stands less than 1 mm above the ground, and the ground there does not "
+                     "rise above what lies ahead, so that its effective height is 0; raise the antenna");
+}
+
 void requireHeightsAboveGround(const PathTerrain& path) {
-  if (!(path.effectiveHeights[kTransmitter] > 0))
-    throw ParameterError(
-        Parameter::kTransmitterHeight,
-        "the transmitter's antenna is 0 m above ground, and the ground there is not above what lies "
-        "ahead, so that its effective height is 0; raise the antenna");
-  if (!(path.effectiveHeights[kReceiver] > 0))
-    throw ParameterError(
-        Parameter::kReceiverHeight,
-        "the receiver's antenna is 0 m above ground, and the ground there is not above what lies "
-        "ahead, so that its effective height is 0; raise the antenna");
+  requireHeightAboveGround(path.effectiveHeights[kTransmitter], Parameter::kTransmitterHeight, "transmitter");
+  requireHeightAboveGround(path.effectiveHeights[kReceiver], Parameter::kReceiverHeight, "receiver");
 }
 
 // What lies this near to an antenna does not count as the path's ground, metres.

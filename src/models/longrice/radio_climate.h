@@ -28,8 +28,8 @@ struct FrequencyFactor {
 
 struct RadioClimate {
   ClimateCurve median;          // V_med, dB
-  ClimateCurve lowerDeviation;  // sigma_T-, dB: for levels below the median's loss
-  ClimateCurve upperDeviation;  // sigma_T+, dB
+  ClimateCurve lowerDeviation;  // sigma_T-, dB: for losses above the median, the negative deviates
+  ClimateCurve upperDeviation;  // sigma_T+, dB: for losses below it
   double ductingFactor;         // C_D, of the deviation far above the median, dimensionless
   double ductingDeviate;        // z_D, from which deviate on, dimensionless
   FrequencyFactor lowerFactor;  // g_-

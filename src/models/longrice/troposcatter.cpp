@@ -23,7 +23,7 @@ double gainWithoutEfficiency(double r1, double r2) {
   return decibel(factor * factor * sum / (sum + 2 * std::numbers::sqrt2));
 }
 
-// eta_s: the scatter efficiency at a height in metres above the horizons' ray (4.67).
+// eta_s: the scatter efficiency where the horizon rays cross at a height in metres (4.67).
 double scatterEfficiency(double height, double refractivity) {
   const double atmosphere = 0.031 - 2.32e-3 * refractivity + 5.67e-6 * refractivity * refractivity;
   const double ratio = std::min(1.7, height / 8e3);

@@ -38,9 +38,9 @@ TEST(InputLimits, TakeBothLimitsAndNothingBeyondThem) {
 TEST(InputLimits, SayTheValueAndWhatWouldDo) {
   EXPECT_EQ(refusal(limits::kFrequency, 0.5), "the frequency is 0.5 MHz; it must be 1 to 1000000 MHz");
   EXPECT_EQ(refusal(limits::kTransmitterHeight, -3),
-            "the transmitter's antenna height is -3 m above ground; it must be 0 to 100000 m above ground");
+            "the transmitter's antenna height is -3 m; it must be 0 to 100000 m");
   EXPECT_EQ(refusal(limits::kReceiverHeight, std::nan("")),
-            "the receiver's antenna height is not a number; it must be 0 to 100000 m above ground");
+            "the receiver's antenna height is not a number; it must be 0 to 100000 m");
   EXPECT_EQ(refusal(limits::kPermittivity, kInfinity),
             "the ground's relative permittivity is infinite; it must be 1 to 100000");
   EXPECT_EQ(refusal(limits::kSurfaceRefractivity, 541),
@@ -54,7 +54,7 @@ TEST(InputLimits, SayWhichOfManyValuesItIs) {
     requireWithin(limits::kElevation, -20000, "elevation of sample 7");
     ADD_FAILURE();
   } catch (const ParameterError& error) {
-    EXPECT_EQ(error.description(), "the elevation of sample 7 is -20000 m; it must be -12000 to 100000 m");
+    EXPECT_EQ(error.description(), "the elevation of sample 7 is -20000 m; it must be -9000 to 30000 m");
   }
 }
 
@@ -70,6 +70,12 @@ TEST(InputLimits, TakeFractionsAboveZeroAndBelowOneOnly) {
     EXPECT_EQ(error.parameter(), Parameter::kReliability);
     EXPECT_EQ(error.description(), "the reliability is 50; it must be a fraction above 0 and below 1");
   }
+}
+
+TEST(InputLimits, RefuseTheMarksOfMissingHeights) {
+  for (const double mark : {-9999.0, -32768.0, 32767.0, -32767.0})
+    EXPECT_NE(refusal(limits::kElevation, mark), "") << mark;
+  for (const double place : {-430.0, 8849.0}) EXPECT_EQ(refusal(limits::kElevation, place), "") << place;
 }
 
 }  // namespace

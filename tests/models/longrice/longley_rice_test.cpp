@@ -157,7 +157,7 @@ TEST(Prediction, LosesMoreTheHigherARidgeStands) {
   for (const double frequency : {100.0, 900.0})
     for (const std::size_t place : {60U, 100U, 140U}) {
       double before = 0;
-      for (double height = 60; height <= 600; height += 20) {
+      for (int height = 60; height <= 600; height += 20) {
         Ground ground(201, 100.0);
         ground[place] += height;
         const Prediction prediction = predicted(usualParameters(frequency), ground, 150, 20, 20);
