@@ -1,7 +1,11 @@
 #include "models/longrice/horizons.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <limits>
+
+#include "models/longrice/running_sum.h"
 
 namespace zel::longrice {
 namespace {
@@ -23,38 +27,71 @@ void HorizonSearch::append(std::span<const double> elevations) {
   const std::size_t before = samples();
   if (before == 0) transmitterTop_ = elevations.front() + transmitterHeight_;
   flatHeights_.resize(before + elevations.size());
-  auto number = static_cast<double>(before);
-  for (std::size_t i = 0; i < elevations.size(); ++i, ++number)
-    flatHeights_[before + i] = elevations[i] - fall(number * spacing_);
+  flatten(before, elevations);
   // What was the last sample now lies between the ends, and so does all that is new but the last.
   addObstacles(std::max<std::size_t>(before, 2) - 1, samples() - 1);
+}
+
+// Copies of the members and a count of 32 bits let the compiler take several samples at a time.
+void HorizonSearch::flatten(std::size_t before, std::span<const double> elevations) {
+  constexpr std::size_t kMost = 1U << 30U;
+  const double spacing = spacing_;
+  const double halfCurvature = curvature_ / 2;
+  while (!elevations.empty()) {
+    const auto part = static_cast<std::int32_t>(std::min(elevations.size(), kMost));
+    const double* const heights = elevations.data();
+    double* const flat = flatHeights_.data() + before;
+    const auto firstNumber = static_cast<double>(before);
+    for (std::int32_t i = 0; i < part; ++i) {
+      const double distance = (firstNumber + i) * spacing;
+      flat[i] = heights[i] - halfCurvature * distance * distance;
+    }
+    before += static_cast<std::size_t>(part);
+    elevations = elevations.subspan(static_cast<std::size_t>(part));
+  }
 }
 
 // The samples from first to before end now lie between the ends.
 void HorizonSearch::addObstacles(std::size_t first, std::size_t end) {
   constexpr double kNothing = -std::numeric_limits<double>::infinity();
   blockTops_.resize((end + kBlock - 1) / kBlock, kNothing);
-  double steepest = steepestSample_ == 0 ? kNothing : steepest_;
-  double reach = reach_;
-  auto number = static_cast<double>(first);
   while (first < end) {
     const std::size_t block = first / kBlock;
-    double top = blockTops_[block];
-    for (const std::size_t blockEnd = std::min((block + 1) * kBlock, end); first < blockEnd;
-         ++first, ++number) {
-      const double height = flatHeights_[first];
-      reach += spacing_;
-      top = std::max(top, height);
-      if (height - transmitterTop_ > steepest * number) {
-        steepest = (height - transmitterTop_) / number;
-        steepestSample_ = first;
-        steepestDistance_ = reach;
-      }
+    const std::size_t blockEnd = std::min((block + 1) * kBlock, end);
+    const double top = highest(first, blockEnd);
+    blockTops_[block] = std::max(blockTops_[block], top);
+    addSteepest(first, blockEnd, top);
+    first = blockEnd;
+  }
+}
+
+// The greatest of the samples from first to before end on the plane, metres.
+double HorizonSearch::highest(std::size_t first, std::size_t end) const {
+  const double* const flat = flatHeights_.data();
+  std::array<double, 4> tops;  // side by side: one after the other would wait for each comparison
+  tops.fill(flat[first]);
+  for (; first + tops.size() <= end; first += tops.size())
+    for (std::size_t j = 0; j < tops.size(); ++j) tops[j] = std::max(tops[j], flat[first + j]);
+  for (; first < end; ++first) tops[0] = std::max(tops[0], flat[first]);
+  return std::max(std::max(tops[0], tops[1]), std::max(tops[2], tops[3]));
+}
+
+// Looks for the transmitter's horizon in the samples from first to before end, none of which is above a top
+// on the plane, metres.
+void HorizonSearch::addSteepest(std::size_t first, std::size_t end, double top) {
+  double steepest = steepestSample_ == 0 ? -std::numeric_limits<double>::infinity() : steepest_;
+  // Rounding keeps the order, so what the highest at the best place does not reach, none of them reaches.
+  const auto best = static_cast<double>(steepest < 0 ? end - 1 : first);
+  if (!(top - transmitterTop_ > steepest * best)) return;
+  auto number = static_cast<double>(first);
+  for (; first < end; ++first, ++number) {
+    const double rise = flatHeights_[first] - transmitterTop_;
+    if (rise > steepest * number) {
+      steepest = rise / number;
+      steepestSample_ = first;
     }
-    blockTops_[block] = top;
   }
   steepest_ = steepest;
-  reach_ = reach;
 }
 
 // What the receiver looks at: its place, and the steepest sample that it has found.
@@ -106,16 +143,6 @@ std::size_t HorizonSearch::steepestFrom(std::size_t last, double top, double lea
   return view.found;
 }
 
-double HorizonSearch::distanceFromReceiver(std::size_t sample) const {
-  const std::size_t last = samples() - 1;
-  const std::size_t away = last - sample;
-  // The running sum costs a walk, and only where a tenth of the distance is a sample does its last bit count.
-  if (away % 10 != 0) return static_cast<double>(away) * spacing_;
-  double distance = static_cast<double>(last) * spacing_;
-  for (std::size_t i = 0; i < sample; ++i) distance -= spacing_;
-  return distance;
-}
-
 Horizons HorizonSearch::horizons(double receiverHeight) const {
   const std::size_t last = samples() - 1;
   const auto intervals = static_cast<double>(last);
@@ -134,9 +161,9 @@ Horizons HorizonSearch::horizons(double receiverHeight) const {
     result.receiver = {0, distance, -direct / spacing_ - curvature_ * distance};
     return result;
   }
-  result.transmitter = {steepestSample_, steepestDistance_, steepest_ / spacing_};
+  result.transmitter = {steepestSample_, runningSum(0, spacing_, steepestSample_), steepest_ / spacing_};
   const double away = static_cast<double>(last - seen) * spacing_;
-  result.receiver = {seen, distanceFromReceiver(seen),
+  result.receiver = {seen, runningSum(distance, -spacing_, seen),
                      (flatHeights_[seen] - flatTop) / away - curvature_ * distance};
   return result;
 }

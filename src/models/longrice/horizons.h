@@ -49,13 +49,14 @@ class HorizonSearch {
   Horizons horizons(double receiverHeight) const;
 
  private:
-  double fall(double distance) const { return curvature_ / 2 * distance * distance; }
+  void flatten(std::size_t before, std::span<const double> elevations);
   void addObstacles(std::size_t first, std::size_t end);
+  double highest(std::size_t first, std::size_t end) const;
+  void addSteepest(std::size_t first, std::size_t end, double top);
   struct View;
   void look(View& view, std::size_t block) const;
   double steepestPossible(const View& view, std::size_t block) const;
   std::size_t steepestFrom(std::size_t last, double top, double leastSlope) const;
-  double distanceFromReceiver(std::size_t sample) const;
 
   double spacing_;
   double curvature_;
@@ -68,8 +69,6 @@ class HorizonSearch {
   // The steepest from the transmitter's top, of the samples between the ends; metres a sample.
   double steepest_ = 0;
   std::size_t steepestSample_ = 0;  // 0 while there is none
-  double steepestDistance_ = 0;     // from the transmitter, metres, as the running sum has it
-  double reach_ = 0;                // distance of the last sample between the ends, metres, likewise
 };
 
 }  // namespace zel::longrice

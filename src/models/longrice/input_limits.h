@@ -1,6 +1,6 @@
-// What the irregular terrain model can compute with at all. These bounds are far wider than the range that
-// the model is meant for, which model_warnings.h has: inside them every step is finite, outside a loss would
-// be no number.
+// What the irregular terrain model takes at all. These bounds are far wider than the range that the model is
+// meant for, which model_warnings.h has; what lies outside would make a step of it not finite, or is no
+// place, no ground, no antenna.
 #pragma once
 
 #include "models/longrice/parameter_error.h"
@@ -19,7 +19,7 @@ namespace limits {
 // Far outside any land, but inside the marks of missing heights: -9999, -32768, 32767.
 inline constexpr InputLimit kElevation{Parameter::kElevations, "elevation", " m", -9000, 30000};
 inline constexpr InputLimit kSpacing{Parameter::kSpacing, "spacing", " m", 1e-3, 2.1e7};
-// Half the way around the earth.
+// Somewhat more than half the way around the earth.
 inline constexpr InputLimit kDistance{Parameter::kSpacing, "path's length", " m", 1e-3, 2.1e7};
 inline constexpr InputLimit kTransmitterHeight{Parameter::kTransmitterHeight, "transmitter's antenna height",
                                                " m", 0, 100000};

@@ -18,6 +18,7 @@ Prediction::Prediction(const Parameters& parameters, const Environment& environm
       reference_(referenceAttenuation(link_)),
       variability_(link_, parameters.climate),
       warnings_(warningsOf(link_, parameters.climate)) {
+  // No limit of a single input is to blame, but what they make together.
   if (!std::isfinite(reference_.attenuation))
     throw ParameterError(
         Parameter::kElevations,

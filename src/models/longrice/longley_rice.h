@@ -10,7 +10,6 @@
 // Nothing here keeps state between calls; every function may be called from several threads at once.
 #pragma once
 
-#include <span>
 #include <string>
 #include <vector>
 
@@ -27,6 +26,7 @@ double freeSpaceLoss(double frequency, double distance);
 // Everything about one path. The loss for a pair of levels is an evaluation of some nanoseconds.
 class Prediction {
  public:
+  // Throws ParameterError when the model has no finite loss for the link.
   Prediction(const Parameters& parameters, const Environment& environment, const PathTerrain& terrain);
 
   const Link& link() const { return link_; }
@@ -60,7 +60,8 @@ class Model {
 
   // An empty path for this model's earth; metres, metres above ground.
   GrowingPath path(double spacing, double transmitterHeight) const;
-  // The path so far, with the receiver on its last sample, metres above ground.
+  // The path so far, with the receiver on its last sample, metres above ground. Throws ParameterError as
+  // GrowingPath::describe and Prediction do.
   Prediction predict(const GrowingPath& path, double receiverHeight) const;
 
  private:

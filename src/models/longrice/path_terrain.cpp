@@ -93,8 +93,14 @@ void GrowingPath::append(std::span<const double> elevations) {
   }
   const std::size_t grown = samples() + elevations.size();
   if (grown > 1) requireWithin(limits::kDistance, static_cast<double>(grown - 1) * spacing_);
-  ground_.append(elevations);
-  search_.append(elevations);
+  // In parts: one sum waits for the other's addition, and the search's work fills the time.
+  constexpr std::size_t kPart = 32;
+  while (!elevations.empty()) {
+    const auto part = elevations.first(std::min(kPart, elevations.size()));
+    ground_.append(part);
+    search_.append(part);
+    elevations = elevations.subspan(part.size());
+  }
 }
 
 PathTerrain GrowingPath::describe(double receiverHeight) const {

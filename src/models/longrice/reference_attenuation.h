@@ -5,8 +5,6 @@
 // diffraction; and from the distance d_x on the straight line of scatter, which loses less there.
 #pragma once
 
-#include <cstdint>
-
 #include "models/longrice/link.h"
 
 namespace zel::longrice {

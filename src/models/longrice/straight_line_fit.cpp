@@ -1,5 +1,7 @@
 #include "models/longrice/straight_line_fit.h"
 
+#include <algorithm>
+
 namespace zel::longrice {
 namespace {
 
@@ -31,12 +33,17 @@ void SummedHeights::append(std::span<const double> heights) {
   heights_.insert(heights_.end(), heights.begin(), heights.end());
   Sums sums = all_;
   auto number = static_cast<double>(sample);
-  for (const double height : heights) {
+  const double* height = heights.data();
+  const double* const end = height + heights.size();
+  while (height != end) {
     if (sample % kMarkDistance == 0) marks_.push_back(sums);
-    sums.heights += height;
-    sums.moments += height * number;
-    ++sample;
-    ++number;
+    const std::size_t toMark = kMarkDistance - sample % kMarkDistance;
+    const std::size_t part = std::min(toMark, static_cast<std::size_t>(end - height));
+    for (const double* const partEnd = height + part; height != partEnd; ++height, ++number) {
+      sums.heights += *height;
+      sums.moments += *height * number;
+    }
+    sample += part;
   }
   all_ = sums;
 }

@@ -17,7 +17,7 @@ double terrainIrregularityOver(double distance, double deltaH);
 double terrainRoughnessOver(double distance, double deltaH);
 
 // Delta h in metres of the stretch from one distance to another, both in metres from sample 0. A stretch of
-// less than two intervals has none, 0. Costs the same for any length of path.
+// less than two intervals has none, 0. Costs the same for any path of more than some 250 samples.
 double terrainIrregularity(std::span<const double> elevations, double spacing, double from, double to);
 
 }  // namespace zel::longrice
