@@ -26,7 +26,16 @@
 
 namespace {
 
-using namespace zel::longrice;
+namespace limits = zel::longrice::limits;
+using zel::longrice::GrowingPath;
+using zel::longrice::InputLimit;
+using zel::longrice::Model;
+using zel::longrice::normalDeviate;
+using zel::longrice::ParameterError;
+using zel::longrice::Parameters;
+using zel::longrice::PathTerrain;
+using zel::longrice::Polarization;
+using zel::longrice::Prediction;
 
 void require(bool condition) {
   if (!condition) std::abort();

@@ -23,6 +23,18 @@ std::string_view withoutByteOrderMark(std::string_view text) {
   return text;
 }
 
+// Why a line is not an elevation.
+std::string fault(std::string_view line) {
+  if (trimmedText(line).empty()) return "it is blank, and elevations follow";
+  const std::string quoted = quotedText(line);
+  if (line.find('\r') != std::string_view::npos)
+    return quoted + " has a carriage return in it; end each line with a line feed";
+  if (line.find(';') != std::string_view::npos) return quoted + " has a \";\" in it";
+  if (line.find(',') != std::string_view::npos)
+    return quoted + " has a \",\" in it; the decimal point is \".\"";
+  return quoted + " is not a number";
+}
+
 }  // namespace
 
 std::vector<double> parseElevations(std::string_view text, const std::string& title) {
@@ -36,11 +48,8 @@ std::vector<double> parseElevations(std::string_view text, const std::string& ti
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     const auto elevation = plainNumber(line);
     if (!elevation) {
-      const bool blank = trimmedText(line).empty();
-      throw CommandFailure(
-          title + ", line " + std::to_string(elevations.size() + 1) + ": " +
-          (blank ? "it is blank, and elevations follow" : quotedText(line) + " is not a number") +
-          "; each line has one elevation in metres");
+      throw CommandFailure(title + ", line " + std::to_string(elevations.size() + 1) + ": " + fault(line) +
+                           "; each line has one elevation in metres");
     }
     elevations.push_back(*elevation);
     begin = end + 1;

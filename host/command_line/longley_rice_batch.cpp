@@ -8,6 +8,8 @@
 #include "command_line/command_error.h"
 #include "command_line/elevation_file.h"
 #include "command_line/longley_rice_report.h"
+#include "command_line/number_list.h"
+#include "command_line/output.h"
 #include "command_line/plain_number.h"
 
 namespace zel::host {
@@ -78,9 +80,10 @@ class LineContent {
   std::string profile;                              // empty when not given
 
   // What nlohmann::json::sax_parse calls.
-  bool null() { return expects(Kind::kIdentity) ? identity("null") : wrongValue(); }
+  bool null() { return expects(Kind::kIdentity) ? identity("null") : wrongValue("null"); }
   bool boolean(bool value) {
-    return expects(Kind::kIdentity) ? identity(value ? "true" : "false") : wrongValue();
+    const char* json = value ? "true" : "false";
+    return expects(Kind::kIdentity) ? identity(json) : wrongValue(json);
   }
   bool number_integer(std::int64_t value) {
     return expects(Kind::kIdentity) ? identity(std::to_string(value)) : number(static_cast<double>(value));
@@ -94,9 +97,9 @@ class LineContent {
   bool string(std::string& value) {
     return expects(Kind::kIdentity) ? identity(Json(value).dump()) : text(value);
   }
-  bool binary(nlohmann::json::binary_t&) { return wrongValue(); }
+  bool binary(nlohmann::json::binary_t&) { return wrongValue("binary data"); }
   bool start_object(std::size_t) {
-    if (depth_++ > 0) wrongValue();
+    if (depth_++ > 0) wrongValue("an object");
     list_ = false;
     return true;
   }
@@ -105,20 +108,15 @@ class LineContent {
     return true;
   }
   bool start_array(std::size_t) {
-    list_ =
-        depth_ == 1 && key_ != nullptr && (key_->kind == Kind::kElevations || key_->kind == Kind::kLevels);
+    if (!expects(Kind::kElevations) && !expects(Kind::kLevels)) wrongValue("a list");
+    list_ = expects(Kind::kElevations) || expects(Kind::kLevels);
     ++depth_;
-    if (!list_)
-      wrongValue();
-    else if (key_->kind == Kind::kElevations)
-      inputs.elevations.emplace();
-    else
-      levels().emplace();
+    if (list_) values_.clear();
     return true;
   }
   bool end_array() {
-    if (list_ && key_->kind == Kind::kLevels && levels()->fractions.empty())
-      fail(std::string(key_->name) + ": there is no level in the list");
+    if (list_ && key_->kind == Kind::kElevations) inputs.elevations = std::move(values_);
+    if (list_ && key_->kind == Kind::kLevels) takeLevels();
     list_ = false;
     --depth_;
     return true;
@@ -149,10 +147,12 @@ class LineContent {
   }
 
   // Without a key nothing of an object has been read, or the key itself was the fault.
-  bool wrongValue() {
+  bool wrongValue(const std::string& found) {
     if (!problem.empty()) return true;
-    return fail(key_ == nullptr ? "the line is not a JSON object"
-                                : std::string(key_->name) + " must be " + wantedValue(key_->kind));
+    if (key_ == nullptr) return fail("the line is not a JSON object");
+    const std::string wanted = std::string(key_->name) + " must be " + wantedValue(key_->kind);
+    if (!list_) return fail(wanted + ", not " + found);
+    return fail(wanted + "; number " + std::to_string(values_.size() + 1) + " in it is " + found);
   }
 
   bool expects(Kind kind) const { return depth_ == 1 && key_ != nullptr && key_->kind == kind; }
@@ -162,18 +162,21 @@ class LineContent {
     return true;
   }
 
-  std::optional<Levels>& levels() { return inputs.*kLevelsInputs[key_->index].member; }
+  void takeLevels() {
+    const LevelsInput& input = kLevelsInputs[key_->index];
+    tryTo([&] { inputs.*input.member = levelsOf(input.key, values_); });
+  }
 
   bool number(double value) {
     if (expects(Kind::kNumber)) {
       inputs.*kNumberInputs[key_->index].member = value;
-    } else if (list_ && key_->kind == Kind::kElevations) {
-      inputs.elevations->push_back(value);
-    } else if (list_ || expects(Kind::kLevels)) {
-      if (!list_) levels().emplace();
-      tryTo([&] { addLevel(*levels(), kLevelsInputs[key_->index].key, value); });
+    } else if (list_) {
+      values_.push_back(value);
+    } else if (expects(Kind::kLevels)) {
+      values_ = {value};
+      takeLevels();
     } else {
-      wrongValue();
+      wrongValue(shortest(value));
     }
     return true;
   }
@@ -184,7 +187,7 @@ class LineContent {
     else if (expects(Kind::kPolarization))
       tryTo([&] { inputs.polarization = polarizationOf(value); });
     else
-      wrongValue();
+      wrongValue(quotedText(value));
     return true;
   }
 
@@ -199,9 +202,10 @@ class LineContent {
   }
 
   std::size_t depth_ = 0;
-  const Key* key_ = nullptr;  // of the object's value that is being read
-  bool list_ = false;         // whether the value is a list that the key takes
-  std::uint32_t seen_ = 0;    // a bit for each of keys()
+  const Key* key_ = nullptr;    // of the object's value that is being read
+  bool list_ = false;           // whether the value is a list that the key takes
+  std::vector<double> values_;  // of that list
+  std::uint32_t seen_ = 0;      // a bit for each of keys()
 };
 
 void readProfile(LineContent& content) {
@@ -210,8 +214,20 @@ void readProfile(LineContent& content) {
     throw InputProblem("profile", "elevations_m are given too; give one of the two");
   if (content.profile == "-")
     throw InputProblem("profile", "the profile of a line is a file, or the list elevations_m");
-  content.inputs.elevations = readElevations(content.profile);
+  try {
+    content.inputs.elevations = readElevations(content.profile);
+  } catch (const CommandFailure& failure) {
+    throw InputProblem("profile", failure.what());
+  }
   content.inputs.profile = content.profile;
+}
+
+// What the model refuses, headed by the key that the value came by.
+std::string errorText(const LongleyRiceTask& task, const LongleyRiceResult& result) {
+  if (result.parameter == "elevationsM" && !task.profile.empty())
+    return "profile: " + (task.profile == "-" ? "standard input" : task.profile) + ": " + result.error;
+  if (result.parameter.empty()) return result.error;
+  return keyOfRequestMember(result.parameter) + ": " + result.error;
 }
 
 // The loss of a line as a JSON object; what is wrong with the line goes into content.problem.
@@ -220,12 +236,10 @@ Json answerOf(LineContent& content, const LongleyRiceInputs& defaults) {
     readProfile(content);
     const LongleyRiceTask task = completeTask(content.inputs, defaults);
     const LongleyRiceResult result = computeLongleyRice(task.request);
-    content.problem = result.error;
     if (result.error.empty()) return longleyRiceJson(task, result);
+    content.problem = errorText(task, result);
   } catch (const InputProblem& fault) {
     content.problem = fault.key() + ": " + fault.what();
-  } catch (const CommandFailure& failure) {
-    content.problem = failure.what();
   }
   return {};
 }
@@ -245,27 +259,49 @@ BatchAnswer headed(std::size_t number, const LineContent& content, const Json& j
   return answer;
 }
 
+LineContent parsed(std::string_view line) {
+  LineContent content;
+  nlohmann::json::sax_parse(line.begin(), line.end(), &content);
+  return content;
+}
+
+// The elevations are most of a line. Where they are plain numbers and nothing is wrong with the rest, this is
+// what the parser makes of the whole.
+LineContent contentOf(std::string_view line) {
+  if (auto list = takeNumberList(line, "elevations_m")) {
+    LineContent content = parsed(list->rest);
+    if (content.problem.empty()) {
+      content.inputs.elevations = std::move(list->values);
+      return content;
+    }
+  }
+  return parsed(line);
+}
+
 bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r") == std::string_view::npos; }
 
 }  // namespace
 
 BatchAnswer answerBatchLine(std::string_view line, std::size_t number, const LongleyRiceInputs& defaults) {
-  LineContent content;
-  nlohmann::json::sax_parse(line.begin(), line.end(), &content);
+  LineContent content = contentOf(line);
   Json json;
   if (content.problem.empty()) json = answerOf(content, defaults);
   return headed(number, content, json);
 }
 
 BatchCount answerBatch(TextSource& source, const LongleyRiceInputs& defaults,
-                       const std::function<void(const std::string& json)>& answer, std::size_t longestLine) {
+                       const std::function<void(const std::string& json)>& answer, std::size_t longestLine,
+                       std::size_t mostSkipped) {
   BatchCount count;
-  LineReader reader(source, longestLine);
+  LineReader reader(source, longestLine, mostSkipped);
   while (reader.next()) {
     BatchAnswer line;
     if (reader.tooLong()) {
       LineContent content;
       content.problem = "the line is longer than " + std::to_string(longestLine) + " bytes";
+      if (reader.endless())
+        content.problem = "there is no line feed in " + std::to_string(mostSkipped) +
+                          " bytes: the batch ends here, and what follows is not read";
       line = headed(reader.number(), content, {});
     } else if (isBlank(reader.line())) {
       continue;

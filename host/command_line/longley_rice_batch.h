@@ -29,10 +29,12 @@ struct BatchCount {
   std::size_t errors = 0;  // of them, those answered with an error
 };
 
-// Answers line by line; blank lines are counted and passed over, and a line above the bound is an error.
-// Throws CommandFailure when the source cannot be read.
+// Answers line by line; blank lines are counted and passed over, and a line above the bound is an error,
+// the last one when no line feed comes within mostSkipped bytes. Throws CommandFailure when the source cannot
+// be read.
 BatchCount answerBatch(TextSource& source, const LongleyRiceInputs& defaults,
                        const std::function<void(const std::string& json)>& answer,
-                       std::size_t longestLine = kLongestBatchLine);
+                       std::size_t longestLine = kLongestBatchLine,
+                       std::size_t mostSkipped = LineReader::kMostSkipped);
 
 }  // namespace zel::host

@@ -106,24 +106,23 @@ void addLongleyRiceCommand(CLI::App& program) {
     command->add_option(name, value, help)->check(valueProblem)->type_name(type);
   };
   add("--profile", options->profile,
-      "Elevations in metres, one a line, the transmitter's first; - is standard input", "FILE");
+      "Elevations in metres, one a line, transmitter's first; - is standard input", "FILE");
   for (const NumberInput& input : kNumberInputs)
     add(optionName(input.key), options->values[input.key], input.help, input.unit);
   add("--polarization", options->polarization, "horizontal or vertical [horizontal]", "NAME");
   for (const LevelsInput& input : kLevelsInputs)
     add(optionName(input.key), options->values[input.key], input.help, "P,P,...");
   command->add_flag("--json", options->json, "Print the result as JSON");
-  add("--batch", options->batch,
-      "JSON objects, one a line, are answered one by one; - is standard input. Other options are defaults "
-      "for lines that do not say otherwise",
-      "FILE");
+  add("--batch", options->batch, "Answer JSON objects, one a line; - is standard input", "FILE");
   command->footer(
-      "Heights are metres above ground. Levels from 0 to 1 are fractions, above 1 percent; 1 itself is "
-      "refused.\n"
-      "A batch's keys are the option names with underscores (spacing, tx, rx, frequency, climate, ...); the "
-      "list\n"
-      "elevations_m stands in place of profile; confidence and reliability are lists; id and name are "
-      "carried over.\n"
+      "Climates: 1 equatorial, 2 continental subtropical, 3 maritime tropical, 4 desert, 5 continental\n"
+      "temperate, 6 maritime temperate over land, 7 maritime temperate over sea.\n"
+      "A sea-level refractivity N0 becomes N0 exp(-z / 9460 m) at the path, z its mean height.\n"
+      "Levels are fractions above 0 and below 1. A list with a value above 1 is all percent (1,50,99); one\n"
+      "that mixes both (0.5,90) is refused, as is 1 without a value above it.\n"
+      "A batch's keys are the option names with underscores (spacing, tx, rx, frequency, climate, ...); the\n"
+      "list elevations_m stands in place of profile; confidence and reliability are lists; id and name are\n"
+      "carried over. Options beside --batch hold for lines that do not say otherwise.\n"
       "Examples:\n"
       "  terrain-profiler longley-rice --profile heights.txt --spacing 90 --tx 30 --rx 10 --frequency 450 "
       "\\\n"

@@ -33,9 +33,7 @@ const std::array<NumberInput, 9> kNumberInputs{{
      "Transmitter's antenna above ground"},
     {"rx", &Inputs::receiverHeight, "receiverHeightM", true, "METRES", "Receiver's antenna above ground"},
     {"frequency", &Inputs::frequency, "frequencyMhz", true, "MHZ", "Frequency"},
-    {"climate", &Inputs::climate, "climate", false, "1..7",
-     "Radio climate: 1 equatorial, 2 continental subtropical, 3 maritime tropical, 4 desert, 5 continental "
-     "temperate, 6 maritime temperate over land, 7 over sea [5]"},
+    {"climate", &Inputs::climate, "climate", false, "1..7", "Radio climate, see below [5]"},
     {"permittivity", &Inputs::permittivity, "permittivity", false, "E",
      "Relative permittivity of the ground [15]"},
     {"conductivity", &Inputs::conductivity, "conductivity", false, "S/M",
@@ -43,14 +41,12 @@ const std::array<NumberInput, 9> kNumberInputs{{
     {"surface_refractivity", &Inputs::surfaceRefractivity, "surfaceRefractivity", false, "NS",
      "Refractivity at the height of the path, N-units [301]"},
     {"sea_level_refractivity", &Inputs::seaLevelRefractivity, "seaLevelRefractivity", false, "N0",
-     "Refractivity at sea level in its place: Ns = N0 exp(-z / 9460 m), z the path's mean height"},
+     "Refractivity at sea level in its place, N-units"},
 }};
 
 const std::array<LevelsInput, 2> kLevelsInputs{{
-    {"confidence", &Inputs::confidence,
-     "Levels of confidence, the columns of the table: fractions, or percent above 1 [0.5]"},
-    {"reliability", &Inputs::reliability,
-     "Levels of reliability, its rows: fractions of time, or percent above 1 [0.5]"},
+    {"confidence", &Inputs::confidence, "Levels of confidence, the columns of the table [0.5]"},
+    {"reliability", &Inputs::reliability, "Levels of reliability (of time), its rows [0.5]"},
 }};
 
 std::string optionName(std::string_view key) {
@@ -72,33 +68,41 @@ Polarization polarizationOf(std::string_view text) {
   throw InputProblem("polarization", quotedText(text) + " is neither horizontal nor vertical");
 }
 
-void addLevel(Levels& levels, const char* key, double value) {
-  if (value == 1) throw InputProblem(key, "1 could be 1 % or the whole; write 0.01 for 1 %");
-  if (!(value > 0 && value < 100))
-    throw InputProblem(key, shortest(value) +
-                                " is no level; give a fraction above 0 and below 1, or a percentage above 1 "
-                                "and below 100");
-  if (levels.fractions.size() == kMostLevels)
+Levels levelsOf(const char* key, std::span<const double> values) {
+  if (values.empty()) throw InputProblem(key, "there is no level in the list");
+  if (values.size() > kMostLevels)
     throw InputProblem(key, "there are more than " + std::to_string(kMostLevels) + " levels");
-  if (value > 1) {
-    levels.notes.push_back(std::string(key) + " " + shortest(value) + " is taken as " + shortest(value) +
-                           " %");
-    value /= 100;
-  }
-  levels.fractions.push_back(value);
+  for (const double value : values)
+    if (!(value > 0 && value < 100))
+      throw InputProblem(key, shortest(value) +
+                                  " is no level; give a fraction above 0 and below 1, or a percentage above "
+                                  "1 and below 100");
+  const double least = *std::min_element(values.begin(), values.end());
+  const double most = *std::max_element(values.begin(), values.end());
+  if (most == 1) throw InputProblem(key, "1 could be 1 % or the whole; write 0.01 for 1 %");
+  if (most < 1) return {{values.begin(), values.end()}, {}};
+  if (least < 1)
+    throw InputProblem(key, shortest(least) + " beside " + shortest(most) +
+                                " could be a fraction or percent; write all levels as fractions, " +
+                                significant(most / 100, 12) + " for " + shortest(most) + " %");
+  Levels levels{{}, {std::string(key) + ": the levels are taken as percent"}};
+  for (const double value : values) levels.fractions.push_back(value / 100);
+  return levels;
 }
 
 Levels parseLevels(const char* key, std::string_view text) {
-  Levels levels;
+  std::vector<double> values;
   for (std::size_t begin = 0; begin <= text.size();) {
     const std::size_t end = std::min(text.find(',', begin), text.size());
-    const std::string_view part = text.substr(begin, end - begin);
+    const std::string_view part = trimmedText(text.substr(begin, end - begin));
+    if (part.empty())
+      throw InputProblem(key, quotedText(text) + " has an empty level; put one comma between two levels");
     const auto value = plainNumber(part);
-    if (!value) throw InputProblem(key, quotedText(trimmedText(part)) + " is not a number");
-    addLevel(levels, key, *value);
+    if (!value) throw InputProblem(key, quotedText(part) + " is not a number");
+    values.push_back(*value);
     begin = end + 1;
   }
-  return levels;
+  return levelsOf(key, values);
 }
 
 void requireOneRefractivity(const Inputs& inputs) {

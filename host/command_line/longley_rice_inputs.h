@@ -3,6 +3,7 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -79,9 +80,10 @@ std::string keyOfRequestMember(std::string_view member);
 // Throws InputProblem, as do all that follow.
 Polarization polarizationOf(std::string_view text);
 
-// Adds a confidence or reliability: a fraction between 0 and 1, or a percentage between 1 and 100, which is
-// noted. 1 itself could be either, and is refused.
-void addLevel(Levels& levels, const char* key, double value);
+// The levels of confidence or reliability that a list means: fractions above 0 and below 1, or percent from 1
+// to below 100 when one of them is above 1, which is noted. A list with values on both sides of 1, and a 1
+// that no other value explains, could mean either and are refused.
+Levels levelsOf(const char* key, std::span<const double> values);
 
 // The levels of an option: "0.1,0.5,0.9".
 Levels parseLevels(const char* key, std::string_view text);

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "command_line/output.h"
+#include "command_line/path_output.h"
 
 namespace zel::host {
 namespace {
@@ -21,6 +22,7 @@ const char* polarizationText(Polarization polarization) {
 Json inputsJson(const LongleyRiceTask& task) {
   const LongleyRiceRequest& request = task.request;
   Json json;
+  json["model"] = kRadioModel;
   json["profile"] = task.profile.empty() ? Json(nullptr) : Json(task.profile);
   json["points"] = request.elevationsM.size();
   json["spacing_m"] = request.spacingM;
@@ -90,9 +92,7 @@ Json longleyRiceJson(const LongleyRiceTask& task, const LongleyRiceResult& resul
 
 void printLongleyRice(std::ostream& out, const LongleyRiceTask& task, const LongleyRiceResult& result) {
   const LongleyRiceRequest& request = task.request;
-  const auto line = [&out](const char* title, const std::string& text) {
-    out << title << std::string(18 - std::string_view(title).size(), ' ') << text << '\n';
-  };
+  const auto line = [&out](const char* title, const std::string& text) { out << summaryText(title, text); };
   const auto antenna = [&result](std::size_t end, double height) {
     return shortest(height) + " m above ground, effective height " + fixed(result.effectiveHeightsM[end], 1) +
            " m, horizon " + fixed(result.horizonDistancesM[end] / 1000, 3) + " km away at " +
@@ -115,7 +115,7 @@ void printLongleyRice(std::ostream& out, const LongleyRiceTask& task, const Long
            ", climate " + std::to_string(request.climate) + " (" + radioClimateName(request.climate) + ")");
   line("Variability", kVariability);
   line("Mode", pathModeText(result.mode, result.method));
-  line("Method", propagationMethodText(result.method));
+  line("Method", methodSentence(result.mode, result.method));
   line("Free-space loss", fixed(result.freeSpaceDb, 2) + " dB");
   line("Reference", fixed(result.referenceAttenuationDb, 2) + " dB beyond free space");
   for (const std::string& text : task.notes) line("Note", text);

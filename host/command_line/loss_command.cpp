@@ -1,10 +1,12 @@
 // loss: free-space and modeled loss between two stations, as a summary and as JSON.
+#include <array>
 #include <cmath>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
@@ -48,7 +50,8 @@ Json inputsJson(const PathLoss& loss) {
   json["from"] = stationJson(loss.from, loss.startHeightM);
   json["to"] = stationJson(loss.to, loss.endHeightM);
   json["frequency_mhz"] = rounded(loss.frequencyMhz, 6);
-  json["model_spacing_m"] = rounded(loss.spacingM, 4);
+  json["model"] = kRadioModel;
+  json["model_spacing_m"] = rounded(loss.modelSpacingM, 4);
   json["polarization"] = polarizationName(model.polarization);
   json["climate"] = model.climate;
   json["climate_name"] = radioClimateName(model.climate);
@@ -69,12 +72,25 @@ Json inputsJson(const PathLoss& loss) {
   return json;
 }
 
+// What the model made of the ground; null without a modeled loss.
+void addTerrainAnalysis(Json& json, const PathLoss& loss) {
+  const auto known = [&loss](Json value) { return loss.modeledDb ? std::move(value) : Json(nullptr); };
+  const auto both = [&known](const std::array<double, 2>& values, int decimals) {
+    return known(Json::array({rounded(values[0], decimals), rounded(values[1], decimals)}));
+  };
+  json["delta_h_m"] = known(rounded(loss.terrainIrregularityM, 3));
+  json["effective_heights_m"] = both(loss.effectiveHeightsM, 3);
+  json["horizon_distances_m"] = both(loss.horizonDistancesM, 3);
+  json["horizon_angles_rad"] = both(loss.horizonAnglesRad, 8);
+  json["reference_attenuation_db"] = known(rounded(loss.referenceAttenuationDb, kLossDecimals));
+}
+
 Json lossJson(const PathLoss& loss) {
   Json json;
   json["distance_km"] = rounded(loss.distanceKm, 6);
   json["bearing_deg"] = rounded(loss.bearingDeg, 4);
   json["points"] = loss.points;
-  json["spacing_m"] = rounded(loss.samplingSpacingM, 4);
+  json["spacing_m"] = rounded(loss.spacingM, 4);
   json["ground_m"] = groundJson(groundOf(loss));
   json["free_space_db"] = rounded(loss.freeSpaceDb, kLossDecimals);
   json["modeled_db"] = lossOrNull(loss.modeledDb);
@@ -83,6 +99,7 @@ Json lossJson(const PathLoss& loss) {
   json["mode"] = loss.modeledDb ? Json(pathModeText(loss.mode, loss.method)) : Json(nullptr);
   json["warnings"] = loss.warnings;
   json["inputs"] = inputsJson(loss);
+  addTerrainAnalysis(json, loss);
   return json;
 }
 
@@ -94,6 +111,25 @@ std::string levelsSentence(const PathLossModelInputs& model) {
          std::to_string(reliability) + " %, confidence " + std::to_string(confidence) + " %";
 }
 
+std::string horizonSentence(const PathLoss& loss, std::size_t end) {
+  return fixed(loss.horizonDistancesM[end] / 1000, 3) + " km away at " +
+         fixed(loss.horizonAnglesRad[end], 6) + " rad";
+}
+
+void printModel(const PathLoss& loss) {
+  const auto& line = summaryLine;
+  line("Modeled loss", fixed(*loss.modeledDb, 2) + " dB from the start to the end");
+  line("Reverse", reverseLossSentence(*loss.modeledDb, loss.reverseModeledDb.value_or(*loss.modeledDb)));
+  line("Mode", pathModeText(loss.mode, loss.method));
+  line("Method", methodSentence(loss.mode, loss.method));
+  line("Reference", fixed(loss.referenceAttenuationDb, 2) + " dB beyond free space");
+  line("Irregularity", "delta h " + fixed(loss.terrainIrregularityM, 1) + " m");
+  line("Effective heights", "start " + fixed(loss.effectiveHeightsM[0], 1) + " m, end " +
+                                fixed(loss.effectiveHeightsM[1], 1) + " m");
+  line("Horizons", "start " + horizonSentence(loss, 0) + ", end " + horizonSentence(loss, 1));
+  line("Meaning", levelsSentence(loss.model));
+}
+
 void printSummary(const PathLoss& loss) {
   const auto& line = summaryLine;
   const PathLossModelInputs& model = loss.model;
@@ -101,17 +137,13 @@ void printSummary(const PathLoss& loss) {
   line("To", stationSentence(loss.to, loss.endHeightM));
   line("Distance", fixed(loss.distanceKm, 3) + " km");
   line("Bearing", fixed(loss.bearingDeg, 2) + " degrees");
-  line("Points", std::to_string(loss.points) + ", " + fixed(loss.samplingSpacingM, 2) + " m apart");
+  line("Points", std::to_string(loss.points) + ", " + fixed(loss.spacingM, 2) + " m apart");
   line("Ground", groundSentence(groundOf(loss)));
   line("Free-space loss", fixed(loss.freeSpaceDb, 2) + " dB");
-  if (loss.modeledDb) {
-    line("Modeled loss", fixed(*loss.modeledDb, 2) + " dB from the start to the end");
-    line("Reverse", reverseLossSentence(*loss.modeledDb, loss.reverseModeledDb.value_or(*loss.modeledDb)));
-    line("Mode", pathModeText(loss.mode, loss.method));
-    line("Meaning", levelsSentence(model));
-  } else {
+  if (loss.modeledDb)
+    printModel(loss);
+  else
     line("Modeled loss", "none at this frequency");
-  }
   line("Computed with", shortest(loss.frequencyMhz) + " MHz, " + polarizationName(model.polarization) +
                             " polarization, climate " + std::to_string(model.climate) + " (" +
                             radioClimateName(model.climate) + "), ground " + shortest(model.permittivity) +

@@ -2,9 +2,11 @@
 
 #include <cmath>
 #include <iostream>
+#include <optional>
 #include <string_view>
 
 #include "command_line/output.h"
+#include "command_line/wrapped_text.h"
 
 namespace zel::host {
 namespace {
@@ -36,6 +38,7 @@ nlohmann::ordered_json groundJson(const GroundFigures& ground) {
 }
 
 std::string groundSentence(const GroundFigures& ground) {
+  if (std::isnan(ground.minimum)) return "unknown: the terrain has no height anywhere on the path";
   return "start " + metres(ground.start) + ", end " + metres(ground.end) + ", lowest " +
          metres(ground.minimum) + ", highest " + metres(ground.maximum) + ", average " +
          metres(ground.average) + " above sea level";
@@ -50,9 +53,26 @@ std::string reverseLossSentence(double forward, double reverse) {
          "differently from the other end";
 }
 
-void summaryLine(const char* title, const std::string& text) {
-  constexpr std::size_t kColumn = 18;
-  std::cout << title << std::string(kColumn - std::string_view(title).size(), ' ') << text << '\n';
+std::string methodSentence(PathMode mode, PropagationMethod method) {
+  const std::string text = propagationMethodText(method);
+  const bool inSight = mode == PathMode::kLineOfSight;
+  const bool withinHorizons = method == PropagationMethod::kLineOfSight;
+  if (!inSight && withinHorizons)
+    return text +
+           ": obstructed, but within the smooth-earth horizons, where the model's line-of-sight formulas "
+           "hold";
+  if (inSight && !withinHorizons)
+    return text + ": no ground is in the way, but the path is longer than the smooth-earth horizons";
+  return text;
 }
+
+std::string summaryText(std::string_view title, const std::string& text) {
+  constexpr std::size_t kColumn = 18;
+  const std::optional<std::size_t> width = terminalWidth();
+  return std::string(title) + std::string(kColumn - title.size(), ' ') +
+         (width ? wrapped(text, *width, kColumn) : text) + '\n';
+}
+
+void summaryLine(const char* title, const std::string& text) { std::cout << summaryText(title, text); }
 
 }  // namespace zel::host

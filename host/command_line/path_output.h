@@ -3,8 +3,10 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
 #include "zel/coordinates.h"
+#include "zel/longley_rice.h"
 
 namespace zel::host {
 
@@ -26,7 +28,15 @@ std::string groundSentence(const GroundFigures& ground);
 // they do.
 std::string reverseLossSentence(double forward, double reverse);
 
-// A line of a summary on standard output: the title, then the text in its column.
+inline constexpr const char* kRadioModel = "Longley-Rice irregular terrain model 1.2.2, point-to-point";
+
+// The method of the reference attenuation, and why where it seems at odds with what the antennas see.
+std::string methodSentence(PathMode mode, PropagationMethod method);
+
+// A line of a summary: the title, then the text in its column. Where standard output is a terminal it is
+// broken to the terminal's width, and stays in the column.
+std::string summaryText(std::string_view title, const std::string& text);
+// The same, on standard output.
 void summaryLine(const char* title, const std::string& text);
 
 }  // namespace zel::host

@@ -11,8 +11,22 @@
 namespace zel::host {
 namespace {
 
+const char* advice(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+      return "; check its name and folder";
+    case EISDIR:
+      return "; give a file";
+    case EACCES:
+      return "; its permissions, or those of its folder, must let you read it";
+    default:
+      return "";
+  }
+}
+
 [[noreturn]] void cannotRead(const std::string& title, int error) {
-  throw CommandFailure("cannot read " + title + ": " + std::strerror(error));
+  throw CommandFailure("cannot read " + title + ": " + std::strerror(error) + advice(error));
 }
 
 }  // namespace
@@ -59,8 +73,14 @@ std::string wholeText(TextSource& source, std::size_t mostBytes) {
 
 // Drops what there is of the line; false when no line feed came.
 bool LineReader::skipToLineFeed() {
+  std::size_t skipped = 0;
   for (;;) {
+    skipped += buffer_.size();
     buffer_.clear();
+    if (skipped >= mostSkipped_) {
+      endless_ = true;
+      return false;
+    }
     if (!source_.read(buffer_)) return false;
     const std::size_t lineFeed = buffer_.find('\n');
     if (lineFeed == std::string::npos) continue;

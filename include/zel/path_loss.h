@@ -11,6 +11,7 @@
 #ifndef ZEL_PATH_LOSS_H_
 #define ZEL_PATH_LOSS_H_
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -58,11 +59,11 @@ struct PathLoss {
   double distanceKm = 0;
   double bearingDeg = 0;                          // from the start to the end, clockwise from north
   std::int32_t points = 0;                        // samples, both ends included
-  double spacingM = 0;                            // as the model was told: distance / points
-  double samplingSpacingM = 0;                    // as the samples lie: distance / (points - 1)
+  double modelSpacingM = 0;                       // as the model was told: distance / points
+  double spacingM = 0;                            // as the samples lie: distance / (points - 1)
   std::int16_t startHeightM = 0, endHeightM = 0;  // antennas above ground, as used
-  // Ground above sea level, voids left out; not a number where there is nothing but voids. The model is given
-  // 0 m for a void, as GetPathLoss gives it, and a warning counts them.
+  // Ground above sea level, voids left out; not a number for an end over a void. The model is given 0 m for a
+  // void, as GetPathLoss gives it, and a warning counts them; a path of nothing but voids is refused.
   double startGroundM = 0, endGroundM = 0;
   double minimumM = 0, maximumM = 0, averageM = 0;
   double frequencyMhz = 0;
@@ -73,12 +74,17 @@ struct PathLoss {
   // Of the way from the start to the end; set with a modeled loss.
   PathMode mode = PathMode::kLineOfSight;
   PropagationMethod method = PropagationMethod::kLineOfSight;
-  double terrainIrregularityM = 0;
+  double terrainIrregularityM = 0;  // delta h: interdecile range of the heights about their trend
+  // Of the start and the end.
+  std::array<double, 2> effectiveHeightsM{};
+  std::array<double, 2> horizonDistancesM{};
+  std::array<double, 2> horizonAnglesRad{};
+  double referenceAttenuationDb = 0;  // median beyond free space, in a reference atmosphere
   PathLossModelInputs model;
 
   TerrainProvenance terrain;
   std::vector<std::string> notes;     // defaults taken, roundings and clampings made, in words
-  std::vector<std::string> warnings;  // of the model and the terrain, in words
+  std::vector<std::string> warnings;  // of settings misread, the terrain and the model, in words
 };
 
 // Never throws for bad input: the status and the error say what was wrong. Throws SettingsError

@@ -84,7 +84,8 @@ struct PathProfile {
   std::vector<double> clearanceM;  // NaN at a void
 
   TerrainProvenance terrain;
-  std::vector<std::string> notes;  // defaults taken, roundings and clampings made, voids, in words
+  // Defaults taken, roundings and clampings made, settings that were not read as they stand, voids, in words.
+  std::vector<std::string> notes;
 };
 
 // Never throws for bad input: the status and the error say what was wrong. Throws SettingsError

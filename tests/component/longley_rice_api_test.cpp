@@ -206,7 +206,8 @@ TEST(LongleyRiceFunction, NamesTheMemberThatNoLossCanBeComputedFrom) {
       {"a void", [](auto& r) { r.elevationsM[3] = -32768; }, "elevationsM", "sample 4 is -32768 m"},
       {"no spacing", [](auto& r) { r.spacingM = 0; }, "spacingM", "the spacing is 0 m"},
       {"a spacing below 0", [](auto& r) { r.spacingM = -90; }, "spacingM", "-90 m"},
-      {"a path around the earth", [](auto& r) { r.spacingM = 1e6; }, "spacingM", "path's length"},
+      {"a path around the earth", [](auto& r) { r.spacingM = 1e6; }, "spacingM",
+       "the path's length is 300000000 m; it must be"},
       {"a buried transmitter", [](auto& r) { r.transmitterHeightM = -1; }, "transmitterHeightM", "-1 m"},
       {"a receiver nowhere", [](auto& r) { r.receiverHeightM = kNotANumber; }, "receiverHeightM",
        "not a number"},
@@ -259,6 +260,20 @@ TEST(LongleyRiceFunction, NamesTheMemberThatNoLossCanBeComputedFrom) {
   EXPECT_EQ(computeLongleyRice(rollingRequest()).error, "");
 }
 
+// However few of them already reach beyond the limit.
+TEST(LongleyRiceFunction, TellsTheLengthOfAllThePathThatIsTooLong) {
+  LongleyRiceRequest request = rollingRequest();
+  request.elevationsM.assign(100001, 0.0);
+  request.spacingM = 1000;
+  EXPECT_NE(computeLongleyRice(request).error.find("the path's length is 100000000 m; it must be"),
+            std::string::npos)
+      << computeLongleyRice(request).error;
+  request.spacingM = 3e8;  // no distance of neighbours at all
+  EXPECT_NE(computeLongleyRice(request).error.find("the spacing is 300000000 m; it must be"),
+            std::string::npos)
+      << computeLongleyRice(request).error;
+}
+
 TEST(LongleyRiceFunction, WarnsOfLevelsBeyondAThousandth) {
   const auto warnings = [](double confidence, double reliability) {
     LongleyRiceRequest request = publishedRequest();
@@ -292,6 +307,7 @@ TEST(LongleyRiceFunction, GivesEveryThreadTheSameNumbers) {
     requests.push_back(request);
   }
   std::vector<std::vector<std::vector<double>>> alone;
+  alone.reserve(requests.size());
   for (const LongleyRiceRequest& request : requests) alone.push_back(computeLongleyRice(request).lossDb);
   std::atomic<int> differences = 0;
   std::vector<std::thread> threads;

@@ -4,13 +4,18 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
+#include <span>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "real_component.h"
+#include "zel/longley_rice.h"
 #include "zel/path_loss.h"
 #include "zel/path_profile.h"
+#include "zel/terrain.h"
 
 namespace zel {
 namespace {
@@ -65,6 +70,93 @@ TEST_F(PathLossApiTest, GivesTheNumbersOfGetPathLossBothWays) {
   expectGetPathLoss({{36.30, -84.30}, {36.33, -84.30}, 3.0, 3.0, 20000.0}, "20000");
 }
 
+// The model is as good as reciprocal, so over one and the same ground both ways agree to the last of their 32
+// bits. Here the way south is told as longer, and its ground as higher where it ends.
+class OneWayGeodesy final : public Geodesy {
+ public:
+  explicit OneWayGeodesy(std::shared_ptr<const Geodesy> real) : real_(std::move(real)) {}
+  DistanceAzimuth DistanceAndBearing(GeoPoint from, GeoPoint to) const override {
+    DistanceAzimuth line = real_->DistanceAndBearing(from, to);
+    if (to.latitude < from.latitude) line.distance += southward;
+    return line;
+  }
+  GeoPoint PointAtDistance(GeoPoint from, double distance, double azimuth) const override {
+    return real_->PointAtDistance(from, distance, azimuth);
+  }
+  GeoPoint PointOnPath(GeoPoint start, GeoPoint end, double distance) const override {
+    return real_->PointOnPath(start, end, distance);
+  }
+  double southward = 0;  // km
+
+ private:
+  std::shared_ptr<const Geodesy> real_;
+};
+
+class OneWaySampler final : public TerrainSampler {
+ public:
+  OneWaySampler(std::unique_ptr<TerrainSampler> real, const float& southward)
+      : real_(std::move(real)), southward_(southward) {}
+  void AttachTerrainData(std::shared_ptr<TerrainData> data) override { real_->AttachTerrainData(data); }
+  void SetEndPoints(GeoPoint forward, GeoPoint back) override {
+    southwards_ = forward.latitude < back.latitude;
+    real_->SetEndPoints(forward, back);
+  }
+  void SetBoundingBox(double east, double west, double north, double south) override {
+    real_->SetBoundingBox(east, west, north, south);
+  }
+  void SetMethod(std::int32_t method) override { real_->SetMethod(method); }
+  void SetSampleCount(std::int32_t count) override { real_->SetSampleCount(count); }
+  void SetSource(std::int16_t code) override { real_->SetSource(code); }
+  void SetOptions(std::int32_t first, std::int32_t second) override { real_->SetOptions(first, second); }
+  int Sample(std::span<float> heights, std::int32_t& first, std::int32_t& second) override {
+    const int status = real_->Sample(heights, first, second);
+    if (southwards_)
+      for (float& height : heights.last(heights.size() / 4)) height += southward_;
+    return status;
+  }
+  const SamplingReport& report() const override { return real_->report(); }
+  std::vector<GeoPoint> positions() const override { return real_->positions(); }
+
+ private:
+  std::unique_ptr<TerrainSampler> real_;
+  const float& southward_;  // metres
+  bool southwards_ = false;
+};
+
+TEST_F(PathLossApiTest, MeasuresSamplesAndComputesTheOtherWayForItself) {
+  ComponentServices uneven = services();
+  const auto geodesy = std::make_shared<OneWayGeodesy>(uneven.geodesy);
+  uneven.geodesy = geodesy;
+  float southward = 0;  // metres
+  uneven.makeSampler = [make = uneven.makeSampler, &southward] {
+    return std::make_unique<OneWaySampler>(make(), southward);
+  };
+  Component component(uneven);
+  const ComponentSubstitute substitute(component);
+  ProfileControl control;
+  control.SetClientApp(makePropertyBag({{"Title", "Host Planner"}, {"Path", folder_.path().string()}}));
+  set("Profile", "Prf_Freq", "950");
+  set("Profile", "Prf_Max", "5000");
+  const StationProfile_Type north{kFrom.latitude, kFrom.longitude, 30};
+  const StationProfile_Type south{kTo.latitude, kTo.longitude, 12};
+  const PathLossRequest northwards{kTo, kFrom, 12.0, 30.0, 950.0};
+  for (const auto& [kilometres, metres] : {std::pair{0.0, 150.0F}, {0.5, 0.0F}, {0.5, 150.0F}}) {
+    SCOPED_TRACE(std::to_string(kilometres) + " km and " + std::to_string(metres) + " m");
+    geodesy->southward = kilometres;
+    southward = metres;
+    const PathLoss down = computePathLoss(kRequest);
+    const PathLoss up = computePathLoss(northwards);
+    ASSERT_TRUE(down.modeledDb && down.reverseModeledDb) << down.error;
+    ASSERT_TRUE(up.modeledDb && up.reverseModeledDb) << up.error;
+    EXPECT_NE(*down.modeledDb, *down.reverseModeledDb);
+    EXPECT_EQ(*down.modeledDb, static_cast<double>(control.GetPathLoss(north, south)));
+    EXPECT_EQ(*down.reverseModeledDb, static_cast<double>(control.GetPathLoss(south, north)));
+    EXPECT_EQ(*up.modeledDb, *down.reverseModeledDb);
+    EXPECT_EQ(*up.reverseModeledDb, *down.modeledDb);
+    EXPECT_NEAR(down.distanceKm, up.distanceKm + kilometres, 1e-9) << "told of the way from the start";
+  }
+}
+
 TEST_F(PathLossApiTest, TellsWhatItWasComputedFrom) {
   set("ITM", "iHor", "1");
   set("ITM", "iRadioClimate", "6");
@@ -75,8 +167,8 @@ TEST_F(PathLossApiTest, TellsWhatItWasComputedFrom) {
   EXPECT_EQ(loss.to.longitude, -84.12);
   EXPECT_NEAR(loss.distanceKm, 28.733669, 1e-5);  // as the profile's, an independent evaluation
   EXPECT_EQ(loss.points, 1000);
-  EXPECT_NEAR(loss.spacingM, 28.7337, 1e-4);          // distance / 1000
-  EXPECT_NEAR(loss.samplingSpacingM, 28.7624, 1e-4);  // distance / 999
+  EXPECT_NEAR(loss.modelSpacingM, 28.7337, 1e-4);  // distance / 1000
+  EXPECT_NEAR(loss.spacingM, 28.7624, 1e-4);       // distance / 999
   EXPECT_EQ(loss.startHeightM, 30);
   EXPECT_EQ(loss.endHeightM, 12);
   EXPECT_EQ(loss.frequencyMhz, 950);
@@ -103,6 +195,28 @@ TEST_F(PathLossApiTest, TellsWhatItWasComputedFrom) {
   EXPECT_NEAR(loss.averageM, profile.averageM, 0.1) << "one sample less";
 }
 
+// Heights as sampled at the same points, spacing as the model is told: the same analysis of the ground.
+TEST_F(PathLossApiTest, TellsWhatTheModelMadeOfTheGround) {
+  const PathLoss loss = computePathLoss(kRequest);
+  ASSERT_EQ(loss.status, 0) << loss.error;
+  const SampledTerrain terrain = sampleTerrain(kFrom, kTo, loss.points, 0, 3);
+  LongleyRiceRequest request;
+  request.elevationsM.assign(terrain.elevations.begin(), terrain.elevations.end());
+  request.spacingM = loss.modelSpacingM;
+  request.transmitterHeightM = 30;
+  request.receiverHeightM = 12;
+  request.frequencyMhz = 950;
+  const LongleyRiceResult result = computeLongleyRice(request);
+  ASSERT_EQ(result.error, "");
+  EXPECT_EQ(loss.terrainIrregularityM, result.terrainIrregularityM);
+  EXPECT_EQ(loss.effectiveHeightsM, result.effectiveHeightsM);
+  EXPECT_EQ(loss.horizonDistancesM, result.horizonDistancesM);
+  EXPECT_EQ(loss.horizonAnglesRad, result.horizonAnglesRad);
+  EXPECT_NE(loss.horizonDistancesM[0], loss.horizonDistancesM[1]);
+  EXPECT_EQ(loss.referenceAttenuationDb, result.referenceAttenuationDb);
+  EXPECT_EQ(*loss.modeledDb, static_cast<double>(static_cast<float>(result.lossDb[0][0])));
+}
+
 TEST_F(PathLossApiTest, NotesRoundingsAndDefaultsInWords) {
   PathLossRequest request = kRequest;
   request.fromHeight = 10.5;
@@ -110,7 +224,7 @@ TEST_F(PathLossApiTest, NotesRoundingsAndDefaultsInWords) {
   request.frequencyMhz.reset();
   set("ITM", "iHor", "0");
   set("ITM", "dReliability", "0.9");
-  set("ITM", "dConfidence", "0.001");
+  set("ITM", "dConfidence", "0.504");
   const PathLoss loss = computePathLoss(request);
   ASSERT_EQ(loss.status, 0) << loss.error;
   EXPECT_TRUE(says(loss.notes, "the antenna height of the start, 10.5 m, is used as 10 m"));
@@ -120,14 +234,60 @@ TEST_F(PathLossApiTest, NotesRoundingsAndDefaultsInWords) {
                    "Profile/Prf_Freq"));
   EXPECT_TRUE(says(loss.notes, "GetPathLoss takes 100 MHz when no frequency is stored"));
   EXPECT_TRUE(says(loss.notes, "Profile/Prf_Max limits the path to 1000 points"));
-  EXPECT_TRUE(says(loss.notes, "the samples lie 28.762 m apart; the model is told 28.734 m"));
+  EXPECT_TRUE(says(loss.notes,
+                   "the samples lie 28.762 m apart; the model is told 28.734 m, the distance "
+                   "divided by the number of points, and so sees a path of 28.705 km, shorter by one part "
+                   "in 1000"));
   EXPECT_TRUE(says(loss.notes,
                    "reliability of 90 % is used as the two-decimal normal deviate -1.28 (exactly "
                    "-1.2816)"));
-  EXPECT_TRUE(says(loss.notes, "ITM/dConfidence, 0.001, is used as 0.01"));
+  EXPECT_TRUE(says(loss.notes, "ITM/dConfidence, 0.504, is used as 0.50"));
   EXPECT_TRUE(says(loss.notes,
                    "where nothing is stored: ITM/iRadioClimate, ITM/dDielectric, ITM/dCond, "
                    "ITM/dSurfRef"));
+}
+
+TEST_F(PathLossApiTest, NotesTheDeviateOfEachLevelThatIsNotTheExactOne) {
+  const std::string confidence =
+      "the confidence of 90 % is used as the two-decimal normal deviate -1.28 (exactly -1.2816)";
+  const std::string reliability =
+      "the reliability of 10 % is used as the two-decimal normal deviate 1.28 (exactly 1.2816)";
+  set("ITM", "dConfidence", "90");
+  PathLoss loss = computePathLoss(kRequest);
+  EXPECT_TRUE(says(loss.notes, confidence));
+  EXPECT_FALSE(says(loss.notes, "the reliability of")) << "that of 50 % is 0 exactly";
+  set("ITM", "dReliability", "10");
+  loss = computePathLoss(kRequest);
+  EXPECT_TRUE(says(loss.notes, confidence));
+  EXPECT_TRUE(says(loss.notes, reliability));
+  set("ITM", "dConfidence", "50");
+  loss = computePathLoss(kRequest);
+  EXPECT_FALSE(says(loss.notes, "the confidence of"));
+  EXPECT_TRUE(says(loss.notes, reliability));
+}
+
+// At 100 points a kilometre and at most 1000; the number of points is rounded before it is cut.
+TEST_F(PathLossApiTest, NotesTheMaximumOnlyWhereItCutsTheRoundedNumberOfPoints) {
+  struct {
+    double south;     // degrees on the meridian of the start
+    double distance;  // km
+    bool limited;
+  } const rows[] = {{36.219930, 9.9945, false},   // 1000.45 is 1000 points
+                    {36.21994370, 9.993, false},  // 1000.30
+                    {36.2199266, 9.9949, false},  // 1000.49
+                    {36.2199248, 9.9951, true},   // 1000.51 is 1001
+                    {36.2197905, 10.01, true}};   // 1002.00
+  PathLossRequest request = kRequest;
+  request.from = {36.31, -84.30};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.south);
+    request.to = {row.south, -84.30};
+    const PathLoss loss = computePathLoss(request);
+    ASSERT_EQ(loss.status, 0) << loss.error;
+    ASSERT_NEAR(loss.distanceKm, row.distance, 5e-5);
+    EXPECT_EQ(loss.points, 1000);
+    EXPECT_EQ(says(loss.notes, "Profile/Prf_Max limits the path to 1000 points"), row.limited);
+  }
 }
 
 TEST_F(PathLossApiTest, NotesNothingThatMakesNoDifference) {
@@ -154,6 +314,16 @@ TEST_F(PathLossApiTest, TakesTheGivenFrequencyInPlaceOfTheSetting) {
   set("Profile", "Prf_Freq", "950");
   EXPECT_EQ(*loss.modeledDb,
             static_cast<double>(control_.GetPathLoss({36.40, -84.35, 30}, {36.22, -84.12, 12})));
+}
+
+TEST_F(PathLossApiTest, TellsTheFrequencyInDecimalsAndComputesWithIt32BitsWide) {
+  PathLossRequest request = kRequest;
+  request.frequencyMhz = 145.3;
+  EXPECT_EQ(computePathLoss(request).frequencyMhz, 145.3) << "in 32 bits it is 145.30000305";
+  expectGetPathLoss(request, "145.3");
+  set("Profile", "Prf_Freq", "145.3");
+  request.frequencyMhz.reset();
+  EXPECT_EQ(computePathLoss(request).frequencyMhz, 145.3);
 }
 
 TEST_F(PathLossApiTest, GivesFreeSpaceAloneWhereTheModelIsNotAsked) {
@@ -216,6 +386,17 @@ TEST_F(PathLossApiTest, WarnsOfAnEndOverAVoid) {
   EXPECT_FALSE(says(loss.warnings, "no height under the end"));
   EXPECT_TRUE(says(computePathLoss({{36.4, -84.5}, {36.6, -84.5}, 30.0, 30.0, 950.0}).warnings,
                    "no height under the end"));
+}
+
+TEST_F(PathLossApiTest, RefusesAPathOfNothingButVoidsWhichGetPathLossTakesForSeaLevel) {
+  useTile([](int, int) { return -32768; });
+  set("Profile", "Prf_Freq", "950");
+  const PathLoss loss = computePathLoss({{36.6, -84.5}, {36.4, -84.5}, 30.0, 30.0, 950.0});
+  EXPECT_EQ(loss.status, 5);
+  EXPECT_EQ(loss.error.find("the terrain has no height under the whole path"), 0U) << loss.error;
+  EXPECT_FALSE(loss.modeledDb);
+  EXPECT_EQ(computePathProfile({{36.6, -84.5}, {36.4, -84.5}, 30.0, 30.0, {}, 950.0}).status, 5);
+  EXPECT_GT(control_.GetPathLoss({36.6, -84.5, 30}, {36.4, -84.5, 30}), 100);
 }
 
 TEST_F(PathLossApiTest, RefusesAnImpossibleHeightWithPlaceAndHeight) {

@@ -52,8 +52,9 @@ TEST(BatchLine, SurvivesAMillionNestedLists) {
   const std::string closed = open + std::string(1000000, ']');
   EXPECT_EQ(errorOf(closed), "the line is not a JSON object");
   EXPECT_NE(errorOf(open).find("the line is not JSON"), std::string::npos);
-  EXPECT_EQ(errorOf("{\"elevations_m\":" + closed + "}"), "elevations_m must be a list of numbers");
-  EXPECT_EQ(errorOf("{\"id\":" + closed + "}"), "id must be a text or a number");
+  EXPECT_EQ(errorOf("{\"elevations_m\":" + closed + "}"),
+            "elevations_m must be a list of numbers; number 1 in it is a list");
+  EXPECT_EQ(errorOf("{\"id\":" + closed + "}"), "id must be a text or a number, not a list");
   EXPECT_EQ(errorOf("{\"other\":" + closed + "}"), "the key \"other\" is unknown");
 }
 
@@ -73,7 +74,7 @@ TEST(BatchLine, RefusesInvalidUtf8AndZeroBytes) {
 
 TEST(BatchLine, TellsTheFirstFaultButKeepsAnIdBehindIt) {
   const json answer = answerTo("{\"spacing\":\"x\",\"foo\":1,\"id\":\"late\"}");
-  EXPECT_EQ(answer.at("error"), "spacing must be a number");
+  EXPECT_EQ(answer.at("error"), "spacing must be a number, not \"x\"");
   EXPECT_EQ(answer.at("id"), "late");
 }
 
@@ -81,8 +82,60 @@ TEST(BatchLine, KeepsAnErrorWithWhatThePathNameHasInItOneObject) {
   json line = goodLine();
   line.erase("elevations_m");
   line["profile"] = "no\"ne\n\x01.txt";
-  EXPECT_EQ(errorOf(line.dump()), "cannot read no\"ne\n\x01.txt: No such file or directory");
+  EXPECT_EQ(errorOf(line.dump()),
+            "profile: cannot read no\"ne\n\x01.txt: No such file or directory; check its name and folder");
   EXPECT_EQ(answerBatchLine(line.dump(), 1, {}).json.find('\n'), std::string::npos);
+}
+
+TEST(BatchLine, TellsWhichElementOfAListIsNoNumber) {
+  const auto elevations = [](const std::string& list) { return errorOf("{\"elevations_m\":" + list + "}"); };
+  const std::string wanted = "elevations_m must be a list of numbers; number ";
+  EXPECT_EQ(elevations("[null]"), wanted + "1 in it is null");
+  EXPECT_EQ(elevations("[1,-2.5,\"3\",null]"), wanted + "3 in it is \"3\"");
+  EXPECT_EQ(elevations("[1,2,true]"), wanted + "3 in it is true");
+  EXPECT_EQ(elevations("[1,{\"a\":[1,2]},3]"), wanted + "2 in it is an object");
+  EXPECT_EQ(elevations("[1,[],3]"), wanted + "2 in it is a list");
+  EXPECT_EQ(elevations("5"), "elevations_m must be a list of numbers, not 5");
+  EXPECT_EQ(errorOf("{\"reliability\":[0.5,false]}"),
+            "reliability must be a number or a list of numbers; number 2 in it is false");
+}
+
+// The same lines with a key that is written in another way, which only the parser knows.
+TEST(BatchLine, GivesTheAnswerOfTheParserHoweverItsElevationsAreRead) {
+  const std::string rest = ",\"spacing\":900,\"tx\":30,\"rx\":10,\"frequency\":450,\"id\":\"elevations_m\"";
+  for (const std::string list :
+       {"[1,2,3]", "[ 1.25 ,\t-2e1\r, 0.1,1E-400]", "[]", "[1", "[1,]", "[1,2,3]]", "[01,2]", "[1,1e400]",
+        "[1,null]", "[1,2],\"elevations_m\":[3,4]", "[1,2,3],\"other\":[1,2,3]", "[1,-9999,3]", "{}", ""}) {
+    const std::string line = "\"elevations_m\":" + list + rest + "}";
+    std::string other = line;
+    other.replace(1, 1, "\\u0065");
+    const json quick = answerTo("{" + line);
+    json plain = answerTo("{" + other);
+    // The place of the fault lies behind the longer key.
+    if (plain.contains("error") && plain["error"].get<std::string>().find("byte") != std::string::npos)
+      EXPECT_NE(quick.at("error").get<std::string>().find("byte"), std::string::npos) << list;
+    else
+      EXPECT_EQ(quick, plain) << list;
+  }
+}
+
+TEST(BatchLine, TellsThePlaceOfAFaultBehindItsElevations) {
+  EXPECT_EQ(errorOf("{\"elevations_m\":[1,2,3],x}"), "the line is not JSON: byte 25, last read: 3],x");
+}
+
+TEST(BatchLine, HeadsAnErrorOfTheModelWithItsKey) {
+  const auto error = [](const char* key, double value) {
+    json line = goodLine();
+    line[key] = value;
+    return errorOf(line.dump());
+  };
+  for (const char* key : {"spacing", "tx", "rx", "frequency", "climate", "permittivity", "conductivity",
+                          "surface_refractivity", "sea_level_refractivity", "confidence", "reliability"})
+    EXPECT_EQ(error(key, -5).find(std::string(key) + ": "), 0U) << error(key, -5);
+  EXPECT_EQ(error("spacing", 8e6).find("spacing: the path's length is 24000000 m; "), 0U);
+  json line = goodLine();
+  line["elevations_m"][2] = -32768;
+  EXPECT_EQ(errorOf(line.dump()).find("elevations_m: the elevation of sample 3 is -32768 m; "), 0U);
 }
 
 TEST(BatchLine, ReadsAndWritesADecimalPointInAnyLocale) {
@@ -118,10 +171,26 @@ TEST(Batch, AnswersALineAboveTheBoundWithAnErrorAndGoesOn) {
   EXPECT_EQ(answers[2].at("loss_db"), answers[0].at("loss_db"));
 }
 
+TEST(Batch, EndsWithAnErrorWhereNoLineFeedComes) {
+  TextSource source("/dev/zero");
+  std::vector<json> answers;
+  const BatchCount count = answerBatch(
+      source, {}, [&answers](const std::string& text) { answers.push_back(json::parse(text)); }, 1000,
+      100000);
+  EXPECT_EQ(count.lines, 1U);
+  EXPECT_EQ(count.errors, 1U);
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_EQ(
+      answers[0],
+      json({{"line", 1},
+            {"error",
+             "there is no line feed in 100000 bytes: the batch ends here, and what follows is not read"}}));
+}
+
 // What a fuzzer of lines would look for first: each text is cut and changed at every place.
 TEST(Batch, AnswersDamagedLinesWithOneObjectEach) {
   json line = goodLine();
-  line["confidence"] = {50, 0.9};
+  line["confidence"] = {50, 90};
   line["sea_level_refractivity"] = 330;
   line["name"] = "n\u00e4me";
   const std::string text = line.dump();

@@ -30,6 +30,32 @@ TEST(Ground, IsUnknownInWordsAndNullInJsonWhereTheTerrainHasNone) {
             R"({"start":null,"end":345.0,"minimum":296.91,"maximum":952.95,"average":514.704})");
 }
 
+TEST(Ground, IsSaidToBeUnknownOnceWhereTheTerrainHasNoneAtAll) {
+  EXPECT_EQ(groundSentence({kNaN, kNaN, kNaN, kNaN, kNaN}),
+            "unknown: the terrain has no height anywhere on the path");
+}
+
+TEST(Method, IsExplainedWhereItSeemsAtOddsWithTheMode) {
+  using enum PropagationMethod;
+  EXPECT_EQ(methodSentence(PathMode::kLineOfSight, kLineOfSight), "line of sight");
+  EXPECT_EQ(methodSentence(PathMode::kSingleHorizon, kDiffraction), "diffraction");
+  EXPECT_EQ(methodSentence(PathMode::kDoubleHorizon, kTroposcatter), "troposcatter");
+  EXPECT_EQ(methodSentence(PathMode::kDoubleHorizon, kLineOfSight),
+            "line of sight: obstructed, but within the smooth-earth horizons, where the model's "
+            "line-of-sight formulas hold");
+  EXPECT_EQ(methodSentence(PathMode::kLineOfSight, kDiffraction),
+            "diffraction: no ground is in the way, but the path is longer than the smooth-earth horizons");
+}
+
+TEST(SummaryLine, IsNotBrokenWhereStandardOutputIsNoTerminal) {
+  testing::internal::CaptureStdout();  // into a file
+  const std::string text(20, 'a');
+  std::string words;
+  for (int i = 0; i < 20; ++i) words += text + ' ';
+  summaryLine("Note", words);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "Note              " + words + "\n");
+}
+
 TEST(RoundedNumbers, KeepTheirDecimalsAndAreNullWhenNotFinite) {
   EXPECT_EQ(rounded(1.23456, 3), 1.235);
   EXPECT_TRUE(rounded(kNaN, 3).is_null());

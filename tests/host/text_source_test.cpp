@@ -18,9 +18,19 @@ namespace {
 class TextSourceTest : public testing::Test {
  protected:
   std::string fileOf(const std::string& content) {
-    const std::string path = (folder_.path() / "file.txt").string();
+    std::string path = (folder_.path() / "file.txt").string();
     std::ofstream(path, std::ios::binary) << content;
     return path;
+  }
+
+  // What a text is refused with as elevations.
+  static std::string refusal(const std::string& text) {
+    try {
+      parseElevations(text, "T");
+    } catch (const CommandFailure& failure) {
+      return failure.what();
+    }
+    return {};
   }
 
   // Lines as they are read; "(too long)" for one above the bound.
@@ -98,8 +108,11 @@ TEST_F(TextSourceTest, NamesTheFileThatCannotBeRead) {
     }
     return std::string();
   };
-  EXPECT_EQ(message("/none/such"), "cannot read /none/such: No such file or directory");
-  EXPECT_EQ(message("/"), "cannot read /: Is a directory");
+  EXPECT_EQ(message("/none/such"),
+            "cannot read /none/such: No such file or directory; check its name and folder");
+  EXPECT_EQ(message("/etc/passwd/x"),
+            "cannot read /etc/passwd/x: Not a directory; check its name and folder");
+  EXPECT_EQ(message("/"), "cannot read /: Is a directory; give a file");
   EXPECT_EQ(message(std::string("/etc/passwd\0.txt", 16)), "cannot read /etc/passwd: Invalid argument");
 }
 
@@ -118,6 +131,40 @@ TEST_F(TextSourceTest, RefusesAWholeTextAboveTheBound) {
 
 TEST_F(TextSourceTest, RefusesADeviceThatNeverEndsAsElevations) {
   EXPECT_THROW(readElevations("/dev/zero"), CommandFailure);
+}
+
+TEST_F(TextSourceTest, EndsWithALineThatDoesNotEnd) {
+  TextSource source("/dev/zero");
+  LineReader reader(source, 1000, 1 << 20);
+  ASSERT_TRUE(reader.next());
+  EXPECT_TRUE(reader.tooLong());
+  EXPECT_TRUE(reader.endless());
+  EXPECT_EQ(reader.number(), 1U);
+  EXPECT_FALSE(reader.next());
+}
+
+TEST_F(TextSourceTest, GoesOnBehindALongLineThatEnds) {
+  TextSource source(fileOf(std::string(900000, 'x') + "\nb\n" + std::string(900000, 'x')));
+  LineReader reader(source, 1000, 1 << 20);
+  ASSERT_TRUE(reader.next());
+  EXPECT_TRUE(reader.tooLong());
+  EXPECT_FALSE(reader.endless());
+  ASSERT_TRUE(reader.next());
+  EXPECT_EQ(reader.line(), "b");
+  ASSERT_TRUE(reader.next());
+  EXPECT_TRUE(reader.tooLong());
+  EXPECT_FALSE(reader.endless());
+  EXPECT_FALSE(reader.next());
+}
+
+TEST_F(TextSourceTest, NamesWhatALineOfElevationsHasInIt) {
+  const std::string wanted = "; each line has one elevation in metres";
+  EXPECT_EQ(refusal("1\r2\r3"),
+            "T, line 1: \"1?2?3\" has a carriage return in it; end each line with a line feed" + wanted);
+  EXPECT_EQ(refusal("1\n2;3\n"), "T, line 2: \"2;3\" has a \";\" in it" + wanted);
+  EXPECT_EQ(refusal("1,5"), "T, line 1: \"1,5\" has a \",\" in it; the decimal point is \".\"" + wanted);
+  EXPECT_EQ(refusal("1\n2 3"), "T, line 2: \"2 3\" is not a number" + wanted);
+  EXPECT_EQ(refusal("1\n \n3"), "T, line 2: it is blank, and elevations follow" + wanted);
 }
 
 TEST_F(TextSourceTest, ReadsElevationsOfAFile) {

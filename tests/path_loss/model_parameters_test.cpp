@@ -12,6 +12,13 @@ TEST(ModelParameters, TakeTheStoredValuesAndTurnTheLevelsIntoDeviates) {
   EXPECT_EQ(parameters, (ModelParameters{-3, 7, 80, 5, 350, 1.28, -1.28}));
 }
 
+TEST(ModelParameters, KeepThe64BitsOfWhatIsStored) {
+  const ModelParameters parameters = modelParameters({0, 5, 15.3, 0.005, 301.7, 0.5, 0.5}, InitNormalDist());
+  EXPECT_EQ(parameters.permittivity, 15.3);
+  EXPECT_EQ(parameters.conductivity, 0.005);
+  EXPECT_EQ(parameters.refractivity, 301.7);
+}
+
 TEST(ModelParameters, TakeEachLevelByItself) {
   const NormalTable table = InitNormalDist();
   EXPECT_EQ(modelParameters({0, 5, 15, 0.005, 301, 0.5, 1000}, table).confidence, 0);

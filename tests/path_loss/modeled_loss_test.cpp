@@ -57,6 +57,11 @@ TEST(ModelPoints, AreRoundedHalfToEven) {
   EXPECT_EQ(modelPoints({1, 1000}, 2.4999), 3);
 }
 
+TEST(ModelPoints, AreCountedFromADistanceOf64Bits) {
+  EXPECT_EQ(modelPoints({100, 1000}, 5.01500001), 503) << "502.500001; 5.01499987 in 32 bits";
+  EXPECT_EQ(modelPoints({100, 1000}, 5.04499999), 505) << "505.499999; 505.5, or 506, with a sum of 32 bits";
+}
+
 TEST(ModelPoints, AreCutToTheMaximum) {
   EXPECT_EQ(modelPoints({100, 1000}, 20), 1000);
   EXPECT_EQ(modelPoints({100, 1000}, 9.99), 1000) << "999 + 1, not cut";
@@ -79,6 +84,25 @@ TEST(ModelSpacing, DividesByThePointsAndNotByTheIntervals) {
   EXPECT_NEAR(modelSpacing(5, 501), 9.98004, 1e-5);
   EXPECT_EQ(modelSpacing(20, 1000), 20);
   EXPECT_NE(modelSpacing(5, 501), 10);
+}
+
+// The quotients' spacings in 30 digits are 9.98161764706, 9.98260869565 and 9.98305084746 m.
+TEST(ModelSpacing, IsCutTo32BitsOnlyAtItsEnd) {
+  struct {
+    double distance;  // km
+    std::int16_t points;
+    double spacing;  // metres
+  } const rows[] = {
+      {5.43, 544, 9.98161764705882353}, {5.74, 575, 9.98260869565217391}, {5.89, 590, 9.98305084745762712}};
+  for (const auto& row : rows) {
+    const auto expected = static_cast<float>(row.spacing);
+    EXPECT_EQ(modelSpacing(row.distance, row.points), expected) << row.distance;
+    const auto kilometres = static_cast<float>(row.distance / row.points);
+    EXPECT_NE(static_cast<float>(static_cast<double>(kilometres) * 1000), expected)
+        << "the row tells nothing";
+    const auto distance = static_cast<double>(static_cast<float>(row.distance));
+    EXPECT_NE(static_cast<float>(distance / row.points * 1000), expected) << "the row tells nothing";
+  }
 }
 
 TEST(ModelSpacing, FailsWithoutPointsAndBeyond32Bits) {
@@ -106,6 +130,33 @@ TEST(ModeledLoss, HandsTheModelEveryArgumentInItsPlace) {
   EXPECT_NE(loss, modeledLoss({heights, 66.6F, {12, 90}, 451}, parameters));
   EXPECT_NE(loss, modeledLoss({heights, 66.6F, {12, 90}, 450}, {0, 6, 25, 0.02, 320, 1.28, -0.84}));
   EXPECT_NE(loss, modeledLoss({heights, 66.6F, {12, 90}, 450}, {1, 6, 25, 0.02, 320, -0.84, 1.28}));
+}
+
+// A constant of the ground or the air cut to 32 bits moves the loss by less than the last bit of the result,
+// which shows it for some values only: most for antennas near a smooth, poor ground.
+TEST(ModeledLoss, HandsTheConstantsOfGroundAndAirOverIn64Bits) {
+  std::vector<float> heights(300);
+  for (std::size_t i = 0; i < heights.size(); ++i)
+    heights[i] = 100.0F + 3.0F * std::sin(static_cast<float>(i) * 0.07F);
+  const auto directly = [&heights](const ModelParameters& parameters) {
+    double loss = 0;
+    CalcITM(300, 20, heights.data(), 1, 1, 1, 5, parameters.permittivity, parameters.conductivity, 20,
+            parameters.refractivity, &parameters.confidence, 1, &parameters.reliability, 1, &loss);
+    return static_cast<float>(loss);
+  };
+  for (double ModelParameters::*constant :
+       {&ModelParameters::permittivity, &ModelParameters::conductivity, &ModelParameters::refractivity}) {
+    int telling = 0;
+    for (int step = 1; step <= 3000; ++step) {
+      ModelParameters parameters{1, 5, 5, 0.005, 301, 0, 0};
+      parameters.*constant *= 1 + step * 0.0001;
+      const float expected = directly(parameters);
+      EXPECT_EQ(modeledLoss({heights, 20, {1, 1}, 20}, parameters), expected);
+      parameters.*constant = static_cast<double>(static_cast<float>(parameters.*constant));
+      telling += directly(parameters) != expected ? 1 : 0;
+    }
+    EXPECT_GT(telling, 0) << "32 bits would show nowhere";
+  }
 }
 
 TEST(ModeledLoss, TakesAnyPolarizationCodeButZeroForVertical) {
@@ -160,6 +211,16 @@ TEST(ModelPrediction, IsThatOfTheSameRun) {
       EXPECT_EQ(static_cast<float>(prediction.loss(parameters.reliability, parameters.confidence)),
                 modeledLoss(path, parameters));
     }
+}
+
+TEST(ModelPrediction, TakesEveryParameterIn64Bits) {
+  const std::vector<float> heights = slope(300);
+  const ModelParameters parameters{1, 6, 25.3, 0.0213, 320.7, 1.28, -0.84};
+  double expected = 0;
+  CalcITM(300, 66.6F, heights.data(), 3, 2, 1, 6, 25.3, 0.0213, static_cast<double>(45.1F), 320.7,
+          &parameters.confidence, 1, &parameters.reliability, 1, &expected);
+  const longrice::Prediction prediction = modelPrediction({heights, 66.6F, {3, 2}, 45.1F}, parameters);
+  EXPECT_EQ(prediction.loss(parameters.reliability, parameters.confidence), expected);
 }
 
 }  // namespace

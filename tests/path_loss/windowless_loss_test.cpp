@@ -98,12 +98,12 @@ struct NVCalcPathLossTest : testing::Test {
 
   // What the model gives for the scripted ground.
   float expected(std::int16_t points, float spacing, float frequency, double confidence = 0,
-                 double reliability = 0) const {
+                 double reliability = 0, double refractivity = 301) const {
     std::vector<float> heights;
     for (std::int16_t i = 1; i <= points; ++i) heights.push_back(sampler.height(static_cast<std::size_t>(i)));
     double loss = 0;
     CalcITM(points, spacing, heights.data(), module.antennaHeights[0], module.antennaHeights[1], 0, 5, 15,
-            0.005, static_cast<double>(frequency), 301, &confidence, 1, &reliability, 1, &loss);
+            0.005, static_cast<double>(frequency), refractivity, &confidence, 1, &reliability, 1, &loss);
     return static_cast<float>(loss);
   }
 
@@ -202,6 +202,42 @@ TEST_F(NVCalcPathLossTest, HoldsTheFrequencyIn32Bits) {
             expected(501, static_cast<float>(5.0 / 501 * 1000), 450.123456789F));
 }
 
+TEST_F(NVCalcPathLossTest, CarriesThePathLengthIn64BitsToTheNumberOfPoints) {
+  geodesy.distance = 5.01500001;  // 5.01499987 in 32 bits
+  calculation.NVCalcPathLoss();
+  EXPECT_EQ(sampler.calls[4], "SetSampleCount 503") << "502.500001";
+}
+
+// 32 bits more or less move the spacing by its last bit at most, and the loss for some distances only.
+TEST_F(NVCalcPathLossTest, CarriesThePathLengthIn64BitsToTheSpacing) {
+  int telling = 0;
+  for (std::int16_t hundredths = 500; hundredths < 820; ++hundredths) {
+    geodesy.distance = hundredths / 100.0;
+    const auto points = static_cast<std::int16_t>(hundredths + 1);
+    const auto spacing = static_cast<float>(geodesy.distance / points * 1000);
+    const float loss = expected(points, spacing, 100);
+    EXPECT_EQ(calculation.NVCalcPathLoss(), loss) << geodesy.distance;
+    const auto narrowed = static_cast<double>(static_cast<float>(geodesy.distance));
+    telling += expected(points, static_cast<float>(narrowed / points * 1000), 100) != loss ? 1 : 0;
+  }
+  EXPECT_GT(telling, 0) << "32 bits would show nowhere";
+}
+
+TEST_F(NVCalcPathLossTest, CarriesTheRefractivityIn64BitsToTheModel) {
+  const auto spacing = static_cast<float>(5.0 / 501 * 1000);
+  int telling = 0;
+  for (int whole = 300; whole < 400; ++whole) {
+    const std::string text = std::to_string(whole) + ".7";
+    store.set("ITM", "dSurfRef", text);
+    const double refractivity = std::stod(text);
+    const float loss = expected(501, spacing, 100, 0, 0, refractivity);
+    EXPECT_EQ(calculation.NVCalcPathLoss(), loss) << text;
+    const auto narrowed = static_cast<double>(static_cast<float>(refractivity));
+    telling += expected(501, spacing, 100, 0, 0, narrowed) != loss ? 1 : 0;
+  }
+  EXPECT_GT(telling, 0) << "32 bits would show nowhere";
+}
+
 TEST_F(NVCalcPathLossTest, RepairsTheSourceAndTheMethodAsTheWindowDoes) {
   store.set("Settings", "CalcMethod", "2");
   store.set("Profile", "Prf_TRes", "5");
@@ -228,19 +264,30 @@ TEST_F(NVCalcPathLossTest, KeepsItsSampler) {
 
 TEST_F(NVCalcPathLossTest, GivesZeroSilentlyForAFrequencyOutsideTheRange) {
   module.antennaHeights = {-5, -5};  // the model would refuse them
-  for (const char* frequency : {"19.9", "20001", "0", "-100", "text", ""}) {
+  const Names frequencies{"19.9",  "19.999", "19.99999", "20000.002", "20000.5",
+                          "20001", "0",      "-100",     "text",      ""};
+  for (const std::string& frequency : frequencies) {
     store.set("Profile", "Prf_Freq", frequency);
     EXPECT_EQ(calculation.NVCalcPathLoss(), 0) << frequency;
   }
   EXPECT_TRUE(dialogs.messages.empty()) << "the model was not called";
-  EXPECT_EQ(sampler.samplings, 6) << "sampled all the same";
-  EXPECT_EQ(store.reads.size(), 6 * (kProfileReads.size() + kItmReads.size()));
+  EXPECT_EQ(sampler.samplings, static_cast<int>(frequencies.size())) << "sampled all the same";
+  EXPECT_EQ(store.reads.size(), frequencies.size() * (kProfileReads.size() + kItmReads.size()));
 }
 
 TEST_F(NVCalcPathLossTest, CallsTheModelAtTheEndsOfTheRange) {
-  for (const char* frequency : {"20", "20000"}) {
-    store.set("Profile", "Prf_Freq", frequency);
-    EXPECT_GT(calculation.NVCalcPathLoss(), 50) << frequency;
+  const auto spacing = static_cast<float>(5.0 / 501 * 1000);
+  for (const auto& [text, frequency] : {std::pair{"20", 20.0F},
+                                        {"20000", 20000.0F},
+                                        {"20.00001", 20.00001F},
+                                        {"19999.998", 19999.998F},
+                                        // In 32 bits these are the ends themselves.
+                                        {"19.9999999", 20.0F},
+                                        {"20000.0001", 20000.0F}}) {
+    store.set("Profile", "Prf_Freq", text);
+    const float loss = calculation.NVCalcPathLoss();
+    EXPECT_EQ(loss, expected(501, spacing, frequency)) << text;
+    EXPECT_GT(loss, 50) << text;
   }
 }
 

@@ -90,10 +90,20 @@ TEST(SettingsTable, RangesEndWhereTheDialogSays) {
     const Setting& setting;
     double low;
     double high;
-  } const rows[] = {
-      {settings::kPrfPer, 10, 99},   {settings::kPrfMax, 1000, 5000}, {settings::kPrfHtL, 1, 750},
-      {settings::kPrfHtR, 1, 750},   {settings::kPrfEle, 0, 20},      {settings::kPrfRng, 0, 20},
-      {settings::kPrfCrv, 0.01, 50}, {settings::kPrfFreq, 20, 20000}, {settings::kPrfFrez, 0, 100}};
+  } const rows[] = {{settings::kPrfPer, 10, 99},
+                    {settings::kPrfMax, 1000, 5000},
+                    {settings::kPrfHtL, 1, 750},
+                    {settings::kPrfHtR, 1, 750},
+                    {settings::kPrfEle, 0, 20},
+                    {settings::kPrfRng, 0, 20},
+                    {settings::kPrfCrv, 0.01, 50},
+                    {settings::kPrfFreq, 20, 20000},
+                    {settings::kPrfFrez, 0, 100},
+                    {settings::kItmPermittivity, 1, 1e5},
+                    {settings::kItmConductivity, 0, 1e9},
+                    {settings::kItmRefractivity, 0, 540},
+                    {settings::kItmConfidence, 0.01, 100},
+                    {settings::kItmReliability, 0.01, 100}};
   for (const auto& row : rows) {
     EXPECT_EQ(row.setting.range->low, row.low) << row.setting.key;
     EXPECT_EQ(row.setting.range->high, row.high) << row.setting.key;
@@ -113,6 +123,14 @@ TEST(SettingProblem, SaysWhatTheSettingTakes) {
   EXPECT_EQ(settingProblem(settings::kPrfPer, "abc"),
             "Profile/Prf_Per takes a whole number from 10 to 99 (1/km), not \"abc\"");
   EXPECT_EQ(settingProblem(settings::kPrfTRes, "5"), "Profile/Prf_TRes takes one of 1,2,3,7,9, not \"5\"");
+}
+
+TEST(SettingExpectation, SaysTypeRangeUnitAndChoices) {
+  EXPECT_EQ(settingExpectation(settings::kItmRefractivity), "a number from 0 to 540 (N-units)");
+  EXPECT_EQ(settingExpectation(settings::kPrfMax), "a whole number from 1000 to 5000");
+  EXPECT_EQ(settingExpectation(settings::kCalcMethod), "one of 0,1");
+  EXPECT_EQ(settingExpectation(settings::kFlatEarth), "one of True,False,1,-1,0");
+  EXPECT_EQ(settingExpectation(settings::kGnuPlotExe), "any text");
 }
 
 TEST(SettingProblem, TakesBooleansAndChoicesInAnyCaseAndAnyTextWhereTextIsMeant) {

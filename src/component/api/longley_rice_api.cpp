@@ -136,7 +136,7 @@ LongleyRiceResult compute(const LongleyRiceRequest& request) {
   const longrice::Model model(modelParameters(request));
   longrice::GrowingPath path = model.path(request.spacingM, request.transmitterHeightM);
   path.reserve(request.elevationsM.size());
-  for (const double elevation : request.elevationsM) path.append(elevation);
+  path.append(request.elevationsM);  // at once, so that an error names the path's whole length
   const longrice::Prediction prediction = model.predict(path, request.receiverHeightM);
   const longrice::PathTerrain& terrain = prediction.terrain();
 

@@ -39,7 +39,7 @@ struct Leg {
 class LossComputation {
  public:
   LossComputation(Component& component, const PathLossRequest& request)
-      : component_(component), request_(request), inputs_(component, loss_.notes) {}
+      : component_(component), request_(request), inputs_(component, loss_.notes, loss_.warnings) {}
 
   PathLoss run() {
     try {
@@ -57,7 +57,7 @@ class LossComputation {
     } catch (const Refusal& refusal) {
       fail(refusal.status, refusal.reason);
     } catch (const longrice::ParameterError& error) {
-      fail(kRequestRefused, error.description());
+      fail(kRequestRefused, inWords(error));
     }
     return std::move(loss_);
   }
@@ -67,6 +67,37 @@ class LossComputation {
     loss_ = {};
     loss_.status = status;
     loss_.error = reason;
+  }
+
+  // Where the value came from a setting, the caller can only change it there.
+  std::string inWords(const longrice::ParameterError& error) const {
+    const Setting* setting = settingBehind(error.parameter());
+    return (reversed_ ? "from the end to the start: " : "") +
+           (setting == nullptr ? std::string() : inputs_.settingInWords(*setting) + ": ") +
+           error.description();
+  }
+
+  // Null for what does not come from a setting. A frequency that the model refuses does not get as far as it.
+  const Setting* settingBehind(longrice::Parameter parameter) const {
+    using longrice::Parameter;
+    const auto unlessGiven = [](const std::optional<double>& given, const Setting& setting) {
+      return given ? nullptr : &setting;
+    };
+    const bool isStart = (parameter == Parameter::kTransmitterHeight) != reversed_;
+    switch (parameter) {
+      case Parameter::kPermittivity:
+        return &settings::kItmPermittivity;
+      case Parameter::kConductivity:
+        return &settings::kItmConductivity;
+      case Parameter::kSurfaceRefractivity:
+        return &settings::kItmRefractivity;
+      case Parameter::kTransmitterHeight:
+      case Parameter::kReceiverHeight:
+        return isStart ? unlessGiven(request_.fromHeight, settings::kPrfHtL)
+                       : unlessGiven(request_.toHeight, settings::kPrfHtR);
+      default:
+        return nullptr;
+    }
   }
 
   void takeInputs() {
@@ -81,11 +112,20 @@ class LossComputation {
                             std::string(settings::kPrfFreq.defaultFor(SettingsUser::kWindowless)) +
                             " MHz when no frequency is stored");
     density_ = inputs_.density();
+    requireRoomForAPath();
+    method_ = inputs_.method();
+    source_ = inputs_.source();
     loss_.from = {start_.latitude, start_.longitude};
     loss_.to = {end_.latitude, end_.longitude};
     loss_.startHeightM = heights_[0];
     loss_.endHeightM = heights_[1];
     loss_.frequencyMhz = decimalValue(frequency_);
+  }
+
+  void requireRoomForAPath() const {
+    if (density_.maxPoints < kFewestSamples)
+      throw Refusal{inputs_.settingInWords(settings::kPrfMax) + " is " + std::to_string(density_.maxPoints) +
+                    " and leaves the path fewer than 2 points; set 1000 to 5000"};
   }
 
   // The first leg is the forward one, whose terrain is reported.
@@ -99,16 +139,14 @@ class LossComputation {
     if (leg.points < kFewestSamples)
       throw Refusal{"the stations are only " + formatNumber(leg.distance, "0.0000") +
                         " km apart, too near for two samples at " + std::to_string(density_.pointsPerKm) +
-                        " points a kilometre (" + nameOf(settings::kPrfPer) + ", at most " +
-                        nameOf(settings::kPrfMax) + ": " + std::to_string(density_.maxPoints) +
+                        " points a kilometre (" + nameOf(settings::kPrfPer) +
                         "); move them apart or set more points",
                     kSamplerUnderRange};
 
     const bool first = sampler_ == nullptr;
     if (first) sampler_ = component_.makeSampler();
-    RawSamples samples =
-        sampleTerrain(*sampler_, component_.terrain(),
-                      stationToStationRequest(from, to, leg.points, inputs_.method(), inputs_.source()));
+    RawSamples samples = sampleTerrain(*sampler_, component_.terrain(),
+                                       stationToStationRequest(from, to, leg.points, method_, source_));
     const SamplingReport& report = sampler_->report();
     if (samplerMessage(samples.status) != nullptr) throw Refusal{report.reason, samples.status};
     if (first) loss_.terrain = terrainProvenance(report, component_.state());
@@ -122,15 +160,15 @@ class LossComputation {
     loss_.distanceKm = leg.distance;
     loss_.bearingDeg = leg.azimuth;
     loss_.points = leg.points;
-    loss_.samplingSpacingM = leg.distance / (leg.points - 1) * 1000;
-    loss_.spacingM = static_cast<double>(modelSpacing(leg.distance, leg.points));
+    loss_.spacingM = leg.distance / (leg.points - 1) * 1000;
+    loss_.modelSpacingM = static_cast<double>(modelSpacing(leg.distance, leg.points));
     loss_.freeSpaceDb = static_cast<double>(FreeSpaceLoss(frequency_, static_cast<float>(leg.distance)));
     inputs_.noteLimit(density_, leg.distance, leg.points, "points");
-    loss_.notes.push_back("the samples lie " + formatNumber(loss_.samplingSpacingM, "0.0##") +
-                          " m apart; the model is told " + formatNumber(loss_.spacingM, "0.0##") +
-                          " m, the distance divided by the number of points, and so sees the path shorter "
-                          "by one part in " +
-                          std::to_string(leg.points));
+    loss_.notes.push_back("the samples lie " + formatNumber(loss_.spacingM, "0.0##") +
+                          " m apart; the model is told " + formatNumber(loss_.modelSpacingM, "0.0##") +
+                          " m, the distance divided by the number of points, and so sees a path of " +
+                          formatNumber(loss_.modelSpacingM * (leg.points - 1) / 1000, "0.000") +
+                          " km, shorter by one part in " + std::to_string(leg.points));
   }
 
   void describeGround(const Leg& leg) {
@@ -142,6 +180,10 @@ class LossComputation {
       ground.push_back(known ? static_cast<double>(height) : std::numeric_limits<double>::quiet_NaN());
       missing += known ? 0 : 1;
     }
+    if (missing == leg.points)
+      throw Refusal{
+          "the terrain has no height under the whole path, so there is no ground to compute a loss "
+          "over; move the stations or add terrain"};
     const GroundSummary summary = summaryOf(ground);
     loss_.startGroundM = summary.start;
     loss_.endGroundM = summary.end;
@@ -149,7 +191,8 @@ class LossComputation {
     loss_.maximumM = summary.maximum;
     loss_.averageM = summary.average;
 
-    loss_.warnings = loss_.terrain.warnings;
+    const std::vector<std::string>& ofTerrain = loss_.terrain.warnings;
+    loss_.warnings.insert(loss_.warnings.end(), ofTerrain.begin(), ofTerrain.end());
     if (missing > 0)
       loss_.warnings.push_back(std::to_string(missing) + " of " + std::to_string(ground.size()) +
                                " samples have no height and were taken as 0 m above sea level: the modeled "
@@ -165,15 +208,16 @@ class LossComputation {
   }
 
   // Each read by itself first, so that one that does not fit is refused by name.
-  ItmSettings storedParameters() const {
+  ItmSettings storedParameters() {
     constexpr auto kUser = SettingsUser::kWindowless;
     const SettingsReader& reader = inputs_.settings();
     for (const Setting* setting : {&settings::kItmPolarization, &settings::kItmClimate})
       inputs_.number(*setting, [&] { return reader.int16(*setting, kUser); });
     for (const Setting* setting :
-         {&settings::kItmPermittivity, &settings::kItmConductivity, &settings::kItmRefractivity,
-          &settings::kItmConfidence, &settings::kItmReliability})
+         {&settings::kItmPermittivity, &settings::kItmConductivity, &settings::kItmRefractivity})
       inputs_.number(*setting, [&] { return reader.real64(*setting, kUser); });
+    for (const Setting* setting : {&settings::kItmConfidence, &settings::kItmReliability})
+      inputs_.fittingNumber(*setting, [&] { return reader.real64(*setting, kUser); });
     return readItmSettings(reader, kUser);
   }
 
@@ -212,15 +256,26 @@ class LossComputation {
     constexpr std::int64_t kWhole = 100;  // one past the deviates
     const std::int64_t hundredths = levelIndex(normalisedLevel(stored));
     if (hundredths >= kWhole)
-      throw Refusal{"the setting " + nameOf(setting) + " is " + generalNumber(stored) +
+      throw Refusal{inputs_.settingInWords(setting) + " is " + generalNumber(stored) +
                     ", which is read as 100 %; a " + what +
                     " of 100 % has no loss, set 0.01 to 0.99 or the same in percent"};
     const double fraction = static_cast<double>(hundredths) / 100;
+    const SettingRange range = *setting.range;
+    if (!(stored >= range.low && stored <= range.high)) {
+      warnOfNoLevel(setting, stored, hundredths);
+      return fraction;
+    }
+    inputs_.warnUnlessAsStored(setting, stored);
     if (stored != fraction && stored != static_cast<double>(hundredths))
       loss_.notes.push_back("the setting " + nameOf(setting) + ", " + generalNumber(stored) +
                             ", is used as " + formatNumber(fraction, "0.00") +
                             ": levels are whole percents from 1 to 99");
     return fraction;
+  }
+
+  void warnOfNoLevel(const Setting& setting, double stored, std::int64_t percent) {
+    loss_.warnings.push_back(inputs_.settingInWords(setting) + " is " + generalNumber(stored) +
+                             ", which is no level: it is used as " + std::to_string(percent) + " %");
   }
 
   void noteDeviate(const std::string& what, double fraction, double deviate) {
@@ -242,8 +297,13 @@ class LossComputation {
     loss_.mode = publicMode(prediction.terrain().mode);
     loss_.method = publicMethod(prediction.reference().method);
     loss_.terrainIrregularityM = prediction.terrain().deltaH;
+    loss_.effectiveHeightsM = prediction.terrain().effectiveHeights;
+    loss_.horizonDistancesM = prediction.terrain().horizonDistances;
+    loss_.horizonAnglesRad = prediction.terrain().horizonAngles;
+    loss_.referenceAttenuationDb = prediction.reference().attenuation;
     for (std::string& text : prediction.warningTexts()) loss_.warnings.push_back(std::move(text));
     loss_.modeledDb = static_cast<double>(modeledLoss(path, parameters_));
+    reversed_ = true;
     // Sampled anew, as GetPathLoss samples it for the stations the other way round.
     const Leg reverse = sampled(end_, start_);
     loss_.reverseModeledDb =
@@ -259,7 +319,10 @@ class LossComputation {
   std::array<std::int16_t, 2> heights_{};  // metres above ground
   float frequency_ = 0;                    // MHz
   CalculationSettings density_;
+  std::int32_t method_ = 0;  // of interpolation, 0 or 1
+  std::int16_t source_ = 0;  // of terrain
   ModelParameters parameters_;
+  bool reversed_ = false;  // the end is the transmitter now
 };
 
 }  // namespace

@@ -32,7 +32,7 @@ PathVerdict publicVerdict(ClearanceVerdict verdict) {
 class ProfileComputation {
  public:
   ProfileComputation(Component& component, const PathProfileRequest& request)
-      : component_(component), request_(request), inputs_(component, profile_.notes) {}
+      : component_(component), request_(request), inputs_(component, profile_.notes, profile_.notes) {}
 
   PathProfile run() {
     try {

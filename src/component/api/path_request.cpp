@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "foundation/leading_number.h"
 #include "foundation/number_text.h"
 #include "foundation/rounding.h"
 #include "profile/sampling/height_cleanup.h"
@@ -16,6 +17,11 @@ constexpr double kHighestAntenna = 32767;  // metres; heights are held in 16 bit
 
 std::string generalNumberOrText(double value) {
   return std::isfinite(value) ? generalNumber(value) : std::string("not a number");
+}
+
+bool isSameNumber(const Setting& setting, double said, double used) {
+  if (setting.type != SettingType::kReal32) return said == used;
+  return static_cast<float>(said) == static_cast<float>(used);
 }
 
 }  // namespace
@@ -43,6 +49,20 @@ bool PathInputs::isStored(const Setting& setting) const {
 std::string PathInputs::originOf(const Setting& setting) const {
   return (isStored(setting) ? "from the setting " : "the default, since nothing is stored in ") +
          nameOf(setting);
+}
+
+std::string PathInputs::settingInWords(const Setting& setting) const {
+  const std::string text = settings_.text(setting, SettingsUser::kDialog);
+  return "the setting " + nameOf(setting) + (wholeNumberText(text) ? "" : " (\"" + text + "\")");
+}
+
+void PathInputs::warnUnlessAsStored(const Setting& setting, double used) {
+  if (!isStored(setting)) return;
+  const std::string text = settings_.text(setting, SettingsUser::kDialog);
+  const std::optional<double> said = wholeNumberText(text);
+  if (said && isSameNumber(setting, *said, used)) return;
+  warnings_.push_back("the setting " + nameOf(setting) + ", \"" + text + "\", is used as " +
+                      generalNumber(used) + ": it takes " + settingExpectation(setting));
 }
 
 void PathInputs::refuseOverflow(const Setting& setting, const RuntimeError& error) const {
@@ -81,17 +101,18 @@ double PathInputs::positive(const std::optional<double>& given, const Setting& s
   if (given) {
     value = *given;
   } else {
-    value = decimalValue(number(setting, [&] { return settings_.real32(setting, SettingsUser::kDialog); }));
+    value = number(setting, [&] { return decimalValue(settings_.real32(setting, SettingsUser::kDialog)); });
     notes_.push_back("the " + what + " is not given: " + generalNumber(value) + unit + ", " +
                      originOf(setting));
   }
   if (!(value > 0 && value <= kHighest))
-    throw Refusal{"the " + what + " is " + generalNumberOrText(value) + unit +
-                  "; give a number above 0, at most " + generalNumber(kHighest)};
+    throw Refusal{(given ? std::string() : settingInWords(setting) + ": ") + "the " + what + " is " +
+                  generalNumberOrText(value) + unit + "; give a number above 0, at most " +
+                  generalNumber(kHighest)};
   return value;
 }
 
-CalculationSettings PathInputs::density() const {
+CalculationSettings PathInputs::density() {
   const CalculationSettings density{
       number(settings::kPrfPer,
              [this] { return settings_.int16(settings::kPrfPer, SettingsUser::kCalculation); }),
@@ -104,15 +125,16 @@ CalculationSettings PathInputs::density() const {
   return density;
 }
 
-std::int32_t PathInputs::method() const {
-  return repairedChoice(number(settings::kCalcMethod, [this] {
-    return settings_.int32(settings::kCalcMethod, SettingsUser::kWindow);
-  }));
+std::int32_t PathInputs::method() {
+  return number(settings::kCalcMethod, [this] {
+    return repairedChoice(settings_.int32(settings::kCalcMethod, SettingsUser::kWindow));
+  });
 }
 
-std::int16_t PathInputs::source() const {
-  return repairedSource(number(
-      settings::kPrfTRes, [this] { return settings_.int16(settings::kPrfTRes, SettingsUser::kWindow); }));
+std::int16_t PathInputs::source() {
+  return number(settings::kPrfTRes, [this] {
+    return repairedSource(settings_.int16(settings::kPrfTRes, SettingsUser::kWindow));
+  });
 }
 
 void PathInputs::refuseLayOut(const CalculationSettings& density, const RuntimeError& error) {
@@ -124,7 +146,7 @@ void PathInputs::refuseLayOut(const CalculationSettings& density, const RuntimeE
 
 void PathInputs::noteLimit(const CalculationSettings& density, double distance, std::int32_t count,
                            const char* unit) {
-  if (count != density.maxPoints || density.pointsPerKm * distance + 1 <= density.maxPoints) return;
+  if (toInt32(density.pointsPerKm * distance + 1) <= density.maxPoints) return;
   notes_.push_back("the setting Profile/Prf_Max limits the path to " + std::to_string(count) + " " + unit +
                    "; at " + std::to_string(density.pointsPerKm) +
                    " points a kilometre (Profile/Prf_Per) there would be more");

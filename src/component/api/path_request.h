@@ -34,22 +34,34 @@ double decimalValue(float value);
 // Degrees; longitudes go on past 180 on some maps and are brought back. Throws Refusal.
 GeoPoint checkedPosition(const Position& position, const char* which);
 
-// The inputs of one request. Everything throws Refusal for what cannot be used, and notes in words what was
-// taken from elsewhere or rounded.
+// The inputs of one request. Everything throws Refusal for what cannot be used, notes in words what was taken
+// from elsewhere or rounded, and warns of stored texts that are not used as they read.
 class PathInputs {
  public:
-  // Both must outlive the object.
-  PathInputs(Component& component, std::vector<std::string>& notes)
-      : component_(component), settings_(component.settingsReader()), notes_(notes) {}
+  // All must outlive the object; notes and warnings may be one list.
+  PathInputs(Component& component, std::vector<std::string>& notes, std::vector<std::string>& warnings)
+      : component_(component), settings_(component.settingsReader()), notes_(notes), warnings_(warnings) {}
 
   const SettingsReader& settings() const { return settings_; }
   bool isStored(const Setting& setting) const;
   // "from the setting Profile/Prf_Freq", or that nothing is stored there.
   std::string originOf(const Setting& setting) const;
 
-  // A number of the settings; one that does not fit its type is refused by name.
+  // "the setting ITM/dCond", and where what is stored there is no number: "the setting ITM/dCond (\"abc\")".
+  std::string settingInWords(const Setting& setting) const;
+
+  // A number of the settings as it is used, repairs included, with a warning where the stored text says
+  // another.
   template <typename Read>
-  auto number(const Setting& setting, Read&& read) const {
+  auto number(const Setting& setting, Read&& read) {
+    const auto value = fittingNumber(setting, read);
+    warnUnlessAsStored(setting, static_cast<double>(value));
+    return value;
+  }
+  void warnUnlessAsStored(const Setting& setting, double used);
+  // One that does not fit its type is refused by name.
+  template <typename Read>
+  auto fittingNumber(const Setting& setting, Read&& read) const {
     try {
       return read();
     } catch (const RuntimeError& error) {
@@ -64,9 +76,9 @@ class PathInputs {
   double positive(const std::optional<double>& given, const Setting& setting, const std::string& what,
                   const std::string& unit);
 
-  CalculationSettings density() const;
-  std::int32_t method() const;  // of interpolation, 0 or 1
-  std::int16_t source() const;  // of terrain, 1, 2, 3, 7 or 9
+  CalculationSettings density();
+  std::int32_t method();  // of interpolation, 0 or 1
+  std::int16_t source();  // of terrain, 1, 2, 3, 7 or 9
 
   // Runs a laying out that may overflow with these points per kilometre.
   template <typename LayOut>
@@ -77,7 +89,7 @@ class PathInputs {
       refuseLayOut(density, error);
     }
   }
-  // When the maximum cut the number of intervals or points that the distance in km would have had.
+  // When the maximum cut the number of intervals or points, rounded, that the distance in km would have had.
   void noteLimit(const CalculationSettings& density, double distance, std::int32_t count, const char* unit);
 
  private:
@@ -87,6 +99,7 @@ class PathInputs {
   Component& component_;
   SettingsReader settings_;
   std::vector<std::string>& notes_;
+  std::vector<std::string>& warnings_;
 };
 
 // The component halts on such a height; a caller of the public functions is told instead, by Refusal.

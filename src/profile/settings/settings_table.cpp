@@ -58,13 +58,8 @@ bool isNumberOf(const Setting& setting, std::string_view text) {
   }
 }
 
-std::string expectation(const Setting& setting, std::string_view choices) {
-  if (!choices.empty()) return "one of " + std::string(choices);
-  std::string text = isWholeType(setting.type) ? "a whole number" : "a number";
-  if (setting.range)
-    text += " from " + generalNumber(setting.range->low) + " to " + generalNumber(setting.range->high);
-  if (!setting.unit.empty()) text += " (" + std::string(setting.unit) + ")";
-  return text;
+std::string_view choicesOf(const Setting& setting) {
+  return setting.type == SettingType::kBoolean ? kBooleanChoices : setting.choices;
 }
 
 }  // namespace
@@ -94,13 +89,24 @@ const Setting* terrainSourceSetting(int code) {
   }
 }
 
+std::string settingExpectation(const Setting& setting) {
+  const std::string_view choices = choicesOf(setting);
+  if (!choices.empty()) return "one of " + std::string(choices);
+  if (isTextType(setting.type)) return "any text";
+  std::string text = isWholeType(setting.type) ? "a whole number" : "a number";
+  if (setting.range)
+    text += " from " + generalNumber(setting.range->low) + " to " + generalNumber(setting.range->high);
+  if (!setting.unit.empty()) text += " (" + std::string(setting.unit) + ")";
+  return text;
+}
+
 std::string settingProblem(const Setting& setting, std::string_view text) {
-  const std::string_view choices = setting.type == SettingType::kBoolean ? kBooleanChoices : setting.choices;
+  const std::string_view choices = choicesOf(setting);
   if (choices.empty() && isTextType(setting.type)) return {};
   const bool valid = choices.empty() ? isNumberOf(setting, text) : isAmong(choices, trimmed(text));
   if (valid) return {};
   return std::string(setting.section) + "/" + std::string(setting.key) + " takes " +
-         expectation(setting, choices) + ", not \"" + std::string(text) + "\"";
+         settingExpectation(setting) + ", not \"" + std::string(text) + "\"";
 }
 
 }  // namespace zel

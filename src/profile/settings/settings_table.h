@@ -189,24 +189,36 @@ inline constexpr Setting kItmPolarization{"ITM",
                                           SettingRange{-32768, 32767}};
 inline constexpr Setting kItmClimate{"ITM", "iRadioClimate",      SettingType::kInt16, "5",
                                      "",    "radio climate code", SettingRange{1, 7}};
-inline constexpr Setting kItmPermittivity{
-    "ITM", "dDielectric", SettingType::kReal64, "15", "", "relative permittivity of the ground"};
-inline constexpr Setting kItmConductivity{"ITM",   "dCond", SettingType::kReal64,
-                                          "0.005", "S/m",   "conductivity of the ground"};
-inline constexpr Setting kItmRefractivity{"ITM", "dSurfRef", SettingType::kReal64,
-                                          "301", "N-units",  "surface refractivity"};
+inline constexpr Setting kItmPermittivity{"ITM",
+                                          "dDielectric",
+                                          SettingType::kReal64,
+                                          "15",
+                                          "",
+                                          "relative permittivity of the ground",
+                                          SettingRange{1, 1e5}};
+inline constexpr Setting kItmConductivity{
+    "ITM", "dCond", SettingType::kReal64, "0.005", "S/m", "conductivity of the ground", SettingRange{0, 1e9}};
+inline constexpr Setting kItmRefractivity{"ITM",
+                                          "dSurfRef",
+                                          SettingType::kReal64,
+                                          "301",
+                                          "N-units",
+                                          "surface refractivity; the model is meant for 250 to 400",
+                                          SettingRange{0, 540}};
 inline constexpr Setting kItmConfidence{"ITM",
                                         "dConfidence",
                                         SettingType::kReal64,
                                         "0.5",
                                         "",
-                                        "confidence, as a fraction from 0.01 to 1 or in percent"};
+                                        "confidence, as a fraction from 0.01 to 1 or in percent",
+                                        SettingRange{0.01, 100}};
 inline constexpr Setting kItmReliability{"ITM",
                                          "dReliability",
                                          SettingType::kReal64,
                                          "0.5",
                                          "",
-                                         "reliability, as a fraction from 0.01 to 1 or in percent"};
+                                         "reliability, as a fraction from 0.01 to 1 or in percent",
+                                         SettingRange{0.01, 100}};
 
 inline constexpr Setting kTerrainSource1{
     "Terrain", "Source1", SettingType::kPaths,
@@ -278,6 +290,9 @@ const Setting* findSetting(std::string_view section, std::string_view key);
 
 // The setting with the files of a terrain source; null for a code other than 1, 2, 3, 7 and 9.
 const Setting* terrainSourceSetting(int code);
+
+// What a valid value is: "a number from 0 to 540 (N-units)", "one of 0,1".
+std::string settingExpectation(const Setting& setting);
 
 // Why the text is no valid value of the setting, as a sentence without its full stop; empty when it is one.
 std::string settingProblem(const Setting& setting, std::string_view text);

@@ -195,12 +195,14 @@ TEST(CalcITM, GivesTheSameFromEightThreadsAtOnce) {
     expected.push_back(call.losses());
   }
   std::atomic<int> different = 0;
+  constexpr std::size_t kThreads = 8;
   std::vector<std::thread> threads;
-  for (int thread = 0; thread < 8; ++thread)
+  threads.reserve(kThreads);
+  for (std::size_t thread = 0; thread < kThreads; ++thread)
     threads.emplace_back([&, thread] {
       for (std::size_t round = 0; round < 20; ++round)
         for (std::size_t i = 0; i < calls.size(); ++i) {
-          const std::size_t chosen = (i * 7 + static_cast<std::size_t>(thread)) % calls.size();
+          const std::size_t chosen = (i * 7 + thread) % calls.size();
           if (calls[chosen].losses() != expected[chosen]) ++different;
         }
     });

@@ -21,7 +21,7 @@ TEST(EffectiveCurvature, IsThreeQuartersOfTheEarthsAt301) {
 TEST(EffectiveCurvature, IsNearlyTheEarthsOwnWithoutAnAtmosphereAndFallsWithRefractivity) {
   EXPECT_NEAR(1e-3 / effectiveEarthCurvature(0), 6370 / (1 - 0.04665), 1);
   double before = effectiveEarthCurvature(0);
-  for (double refractivity = 10; refractivity <= 540; refractivity += 10) {
+  for (int refractivity = 10; refractivity <= 540; refractivity += 10) {
     const double now = effectiveEarthCurvature(refractivity);
     EXPECT_LT(now, before);
     EXPECT_GT(now, 0);

@@ -23,10 +23,11 @@ std::string refusal(const InputLimit& limit, double value) {
 }
 
 TEST(InputLimits, TakeBothLimitsAndNothingBeyondThem) {
-  using namespace limits;
-  for (const InputLimit& limit : {kElevation, kSpacing, kDistance, kTransmitterHeight, kReceiverHeight,
-                                  kFrequency, kPermittivity, kConductivity, kSurfaceRefractivity,
-                                  kSeaLevelRefractivity, kConfidenceDeviate, kReliabilityDeviate}) {
+  for (const InputLimit& limit :
+       {limits::kElevation, limits::kSpacing, limits::kDistance, limits::kTransmitterHeight,
+        limits::kReceiverHeight, limits::kFrequency, limits::kPermittivity, limits::kConductivity,
+        limits::kSurfaceRefractivity, limits::kSeaLevelRefractivity, limits::kConfidenceDeviate,
+        limits::kReliabilityDeviate}) {
     EXPECT_EQ(refusal(limit, limit.low), "") << limit.name;
     EXPECT_EQ(refusal(limit, limit.high), "") << limit.name;
     for (const double bad : {std::nextafter(limit.low, -kInfinity), std::nextafter(limit.high, kInfinity),

@@ -70,7 +70,7 @@ TEST(TwoRays, NearInFollowTheUpperEdgeOfTheLobes) {
   const Link link = smoothLink(overSea(1000), 100, 100, 5e3);
   EXPECT_NEAR(twoRayAttenuation(link, 5e3), -6, 0.2);
   double before = twoRayAttenuation(link, 2e3);
-  for (double distance = 2.5e3; distance < 100e3; distance += 500) {
+  for (int distance = 2500; distance < 100000; distance += 500) {
     const double now = twoRayAttenuation(link, distance);
     EXPECT_GE(now, before - 0.15) << distance;
     before = now;
@@ -92,7 +92,8 @@ TEST(TwoRays, AreOneOverGroundThatScattersTheOther) {
 // it above or below that.
 TEST(TwoRays, KeepTheRootOfTheSineOfAWeakReflection) {
   int weaker = 0, stronger = 0;
-  for (double deltaH = 5; deltaH < 400; deltaH *= 1.2) {
+  for (int step = 0; step < 25; ++step) {
+    const double deltaH = 5 * std::pow(1.2, step);  // m, to 397
     Link link = smoothLink(usualParameters(1000), 100, 60, 20e3);
     link.terrain.deltaH = deltaH;
     const double k = link.environment.waveNumber;

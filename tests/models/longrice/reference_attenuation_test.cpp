@@ -77,10 +77,12 @@ TEST(ReferenceAttenuation, IsNeverNegativeAndNeverFallsBeyondTheHorizon) {
   Random random(83);
   for (int run = 0; run < 500; ++run) {
     const Link link = anyLink(random);
-    for (double part = 0.01; part < 1; part += 0.01)
-      EXPECT_GE(at(link, part * link.smoothHorizonDistance), 0);
-    double before = at(link, link.smoothHorizonDistance);
-    for (double distance = link.smoothHorizonDistance; distance < 1000e3; distance += 10e3) {
+    const double horizon = link.smoothHorizonDistance;
+    for (int percent = 1; percent < 100; ++percent) EXPECT_GE(at(link, percent / 100.0 * horizon), 0);
+    double before = at(link, horizon);
+    const int steps = static_cast<int>(std::ceil((1000e3 - horizon) / 10e3));
+    for (int step = 0; step < steps; ++step) {
+      const double distance = horizon + 10e3 * step;
       const double now = at(link, distance);
       ASSERT_GE(now, before - 1e-9) << run << " at " << distance;
       before = now;

@@ -26,6 +26,7 @@ double plainIrregularity(const Ground& ground, double spacing, double from, doub
   const int tenths = std::clamp(static_cast<int>(0.1 * (intervals + 8)), 4, 25);
   const int count = 10 * tenths - 5;
   std::vector<double> values;
+  values.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i)
     values.push_back(heightAt(ground, std::min(from / spacing + intervals * i / (count - 1),
                                                static_cast<double>(ground.size() - 1))));

@@ -54,7 +54,8 @@ TEST(Variability, GrowsWithReliabilityAndConfidenceInEveryClimateAtEveryDistance
       for (const double reference : {0.0, 10.0, kHighReference}) {
         const Variability variability(smoothLink(usualParameters(900), 50, 10, distance), climate);
         for (const double fixed : {-3.0, -1.0, 0.0, 0.5, 1.28, 3.0}) {
-          for (double z = -4; z < 4; z += 0.05) {
+          for (int step = -80; step <= 80; ++step) {
+            const double z = step / 20.0;
             // A smaller upper tail deviate is a greater reliability or confidence, and a greater loss.
             ASSERT_GT(variability.attenuation(reference, z, fixed),
                       variability.attenuation(reference, z + 0.05, fixed))
