@@ -9,12 +9,12 @@ run_packages=(
   cmake ninja-build g++ ccache pkg-config
   qt6-base-dev libgdal-dev libproj-dev proj-data
   libcli11-dev nlohmann-json3-dev
+  fonts-dejavu-core
 )
 # What its tests, fuzzers and checks need besides. llvm-14 makes the sanitizers' reports name functions.
 test_packages=(
   libgtest-dev libbenchmark-dev python3
   clang-14 libclang-rt-14-dev llvm-14 clang-format-14
-  fonts-dejavu-core
 )
 # What only ./test --long needs.
 long_packages=(clang-tidy-14 debootstrap)

@@ -89,6 +89,7 @@ int run(int argc, char** argv, ProfileControl& component) {
   // Runs after everything is parsed and before the command itself.
   program.parse_complete_callback([&] { applyRunOptions(options, component); });
   addProfileCommand(program);
+  addPictureCommand(program);
   addLossCommand(program);
   addLongleyRiceCommand(program);
   addSampleCommand(program);

@@ -24,6 +24,7 @@ inline std::string positiveNumberProblem(const std::string& text) {
 
 void addLongleyRiceCommand(CLI::App& program);
 void addLossCommand(CLI::App& program);
+void addPictureCommand(CLI::App& program);
 void addProfileCommand(CLI::App& program);
 void addSampleCommand(CLI::App& program);
 void addTerrainCommand(CLI::App& program);

@@ -11,6 +11,7 @@ A file is a list of cases, each with a name that is a sentence, and steps or one
   err       list of regular expressions, each found in standard error; [] means that it is empty
   not_out   list of regular expressions that must not be found in standard output
   files     object: file name below {dir} -> list of regular expressions found in it, or null: it must not exist
+  png       object: file name below {dir} -> [width, height] in pixels of the PNG that it is
   write     object: file name below {dir} -> content, written before the step
   json      object: path with dots -> expected value, a number with a tolerance as [value, tolerance], of standard output
   csv       object: "header" (list), "rows" (count), "cells" (list of [row, column name, value, tolerance])
@@ -79,6 +80,12 @@ def check_step(program, step, folder, environment):
             faults.append(str(error))
             continue
         faults += [f"{p!r} not in {name}" for p in patterns if not re.search(p, content)]
+    for name, size in step.get("png", {}).items():
+        with contextlib.suppress(OSError), open(os.path.join(folder, name), "rb") as file:
+            head = file.read(24)
+            if head[:8] == b"\x89PNG\r\n\x1a\n" and [int.from_bytes(head[i:i + 4], "big") for i in (16, 20)] == size:
+                continue
+        faults.append(f"{name} is no PNG of {size} pixels")
     if "json" in step:
         try:
             found = json.loads(done.stdout)

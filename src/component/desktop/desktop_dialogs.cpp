@@ -10,6 +10,7 @@
 #include <QThread>
 #include <cstdio>
 
+#include "component/desktop/picture_application.h"
 #include "component/own_application.h"
 #include "foundation/runtime_error.h"
 
@@ -97,7 +98,8 @@ void prepare(QFileDialog& dialog, const SaveDialogRequest& request) {
 
 bool canShowWidgets() {
   const auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
-  return application != nullptr && application->thread() == QThread::currentThread();
+  return !isScreenlessPictureApplication() && application != nullptr &&
+         application->thread() == QThread::currentThread();
 }
 
 MessageAnswer DesktopDialogs::message(const MessageBoxRequest& request) {

@@ -15,7 +15,8 @@ class DesktopDialogs final : public Dialogs {
   std::string save(const SaveDialogRequest& request) override;
 };
 
-// Whether boxes can be shown: there is a QApplication and this is its thread.
+// Whether boxes can be shown: there is a QApplication, this is its thread, and it was not made for pictures
+// alone.
 bool canShowWidgets();
 
 }  // namespace zel

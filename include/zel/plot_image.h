@@ -1,0 +1,143 @@
+// The plot of the profile window as a picture, made without a window.
+//
+// The picture is the one that the window would show for the path: samples a little past both ends, the index
+// rules of the plot, colours, reference lines and units of the settings. Its world coordinates are the
+// plot's: x in kilometres from the back point, which lies somewhat behind the start, and y in metres above
+// sea level with the curvature rise. A distance from the start is x - distanceShiftKm. World coordinates go
+// to logical pixels from the left top corner by
+//     x = (world x - left) / (right - left) * width        y = (world y - top) / (bottom - top) * height
+// and on to the nearest device pixel, pixelRatio of them to a logical one; what lies on the right or bottom
+// border is drawn on the last pixel.
+//
+// The function belongs to the thread of the ProfileControl objects. Without a bound host it uses the settings
+// of the component's own application object, "zelProfiler01". Texts need a graphical application: in a
+// process that has none a QApplication is made and kept, one without a screen where there is no display.
+#ifndef ZEL_PLOT_IMAGE_H_
+#define ZEL_PLOT_IMAGE_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "zel/coordinates.h"
+#include "zel/export.h"
+#include "zel/terrain.h"
+
+namespace zel {
+
+// Kilometres from the start, in either order.
+struct PlotStretch {
+  double fromKm = 0;
+  double toKm = 0;
+};
+
+enum class PlotUnits : std::uint8_t { kMetric = 0, kImperial = 1 };
+
+struct PlotImageRequest {
+  Position from;
+  Position to;
+  // Metres above ground, 0 or more; whole metres are used, rounded half to even. Without one the settings
+  // Prf_HtL and Prf_HtR hold.
+  std::optional<double> fromHeight;
+  std::optional<double> toHeight;
+  // Without them the settings hold, with the defaults of the window.
+  std::optional<double> frequencyMhz;    // Prf_Freq
+  std::optional<double> k;               // effective-earth factor, Prf_Crv
+  std::optional<double> fresnelPercent;  // Prf_Frez, 0 (no Fresnel line) to 100, whole
+  std::optional<PlotUnits> units;        // Settings/DispUnits
+
+  std::int32_t width = 1000;  // logical pixels, 100 to 8000
+  std::int32_t height = 500;  // logical pixels, 80 to 8000
+  double pixelRatio = 1;      // 0.5 to 4; neither side may come to more than 16000 device pixels
+  // The view of this stretch alone, more than 0.1 km long. It lies between the markers, so there are no
+  // others.
+  std::optional<PlotStretch> expanded;
+  // One or two, kilometres from the start, in any order.
+  std::vector<double> markersKm;
+};
+
+struct PlotImageScale {
+  double left = 0, right = 0;  // km
+  double top = 0, bottom = 0;  // metres
+};
+
+// Logical pixels from the left top corner.
+struct PlotImageRectangle {
+  double x = 0, y = 0, width = 0, height = 0;
+};
+
+enum class PlotImageLabelKind : std::uint8_t { kElevation, kRange };
+
+struct PlotImageLabel {
+  PlotImageLabelKind kind = PlotImageLabelKind::kElevation;
+  std::string text;       // in the units shown
+  double x = 0;           // km; where its left top corner was asked for
+  double y = 0;           // metres
+  double distanceKm = 0;  // of x, from the start
+  // Where it is: moved by as little as keeps it whole, in the picture and off the texts before it.
+  PlotImageRectangle rectangle;
+};
+
+struct PlotImageMarker {
+  bool right = false;     // the second of the two
+  double distanceKm = 0;  // from the start, as used
+  double x = 0;           // km
+  double pixelX = 0;      // logical pixels
+  Position position;
+  double groundM = 0;  // above sea level, as the pointer reads it there
+};
+
+struct PlotImageAntenna {
+  double x = 0;  // km
+  std::int16_t heightM = 0;
+  double topM = 0;                // above sea level, curvature rise included
+  double pixelX = 0, pixelY = 0;  // of the top, logical pixels
+};
+
+struct PlotImage {
+  // As PathProfile::status in zel/path_profile.h. Other members are set only with 0.
+  int status = 0;
+  std::string error;
+
+  std::string png;  // the bytes of the file
+  std::int32_t deviceWidth = 0, deviceHeight = 0;
+
+  PlotImageScale scale;
+  PlotImageRectangle rectangle;  // of the plot in the picture: all of it
+  double pixelRatio = 1;
+  std::vector<PlotImageLabel> labels;  // those that are seen, in the order in which they are drawn
+  std::vector<PlotImageMarker> markers;
+  bool expanded = false;
+  // The ground is drawn through these samples, counted from 1, sample i at x = i spacings and, in the
+  // expanded view, at (i + 1) spacings.
+  std::int32_t firstSample = 0, lastSample = 0;
+  std::int32_t samples = 0;  // of the whole plot
+  double spacingKm = 0;      // of the plot's x
+  double distanceShiftKm = 0;
+  PlotImageAntenna start, end;
+
+  double distanceKm = 0;  // from station to station
+  double bearingDeg = 0;
+  double extendedKm = 0;  // of the whole plot
+  // Where the first and the last sample were taken; those between lie evenly on the geodesic.
+  Position back, forward;
+  double k = 0;
+  double frequencyMhz = 0;
+  int fresnelPercent = 0;
+  PlotUnits units = PlotUnits::kMetric;
+  std::string freeSpaceLoss;  // dB, as the window shows it
+  std::string modeledLoss;    // dB; empty when there is none
+
+  TerrainProvenance terrain;
+  // Defaults taken, roundings and repairs made, voids, in words.
+  std::vector<std::string> notes;
+};
+
+// Never throws for bad input: the status and the error say what was wrong, and no message box is shown.
+// Throws SettingsError (zel/settings.h) when the settings cannot be read.
+ZEL_API PlotImage renderPlotImage(const PlotImageRequest& request);
+
+}  // namespace zel
+
+#endif  // ZEL_PLOT_IMAGE_H_
