@@ -11,7 +11,8 @@
 //
 // The function belongs to the thread of the ProfileControl objects. Without a bound host it uses the settings
 // of the component's own application object, "zelProfiler01". Texts need a graphical application: in a
-// process that has none a QApplication is made and kept, one without a screen where there is no display.
+// process that has none a graphical application is made and kept, one without a screen where there is no
+// display.
 #ifndef ZEL_PLOT_IMAGE_H_
 #define ZEL_PLOT_IMAGE_H_
 
