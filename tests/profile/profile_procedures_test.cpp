@@ -212,10 +212,16 @@ TEST_F(ProfileProceduresTest, TerrainIsSampledOnceAndLinesAreComputedEachTime) {
   EXPECT_TRUE(procedures.refreshProfile(state));
   EXPECT_EQ(sampler.samplings, 1);
   EXPECT_EQ(state.curve, rise) << "the rise keeps its k until its flag is set";
+  EXPECT_EQ(state.riseK, 1.33F);
   EXPECT_EQ(state.lineOfSight.startTop, 100 + 50 + rise[50]);
   state.flags.recomputeCurvature = true;
   EXPECT_TRUE(procedures.refreshProfile(state));
   EXPECT_NE(state.curve, rise);
+  EXPECT_EQ(state.riseK, 1.0F);
+  state.inputs.k = 0;
+  state.flags.recomputeCurvature = true;
+  EXPECT_FALSE(procedures.refreshProfile(state));
+  EXPECT_EQ(state.riseK, 1.0F) << "of the rise that stands";
 }
 
 TEST_F(ProfileProceduresTest, WithNoneChosenThereIsNoFresnelLine) {

@@ -28,7 +28,9 @@ constexpr Row kRows[] = {
     {"Terrain", "Source1", ""},       {"Terrain", "Source2", ""},          {"Terrain", "Source3", ""},
     {"Terrain", "Source7", ""},       {"Terrain", "Source9", ""},          {"Terrain", "CacheMB", "256"},
     {"PTP", "Polarization", "0"},     {"PTP", "Permittivity", "15"},       {"PTP", "Conductivity", "0.005"},
-    {"PTP", "ClutterCategory", "0"},  {"PTP", "ClutterHeight", "0"},
+    {"PTP", "ClutterCategory", "0"},  {"PTP", "ClutterHeight", "0"},       {"LinkBudget", "TxPower", "40"},
+    {"LinkBudget", "TxGain", "0"},    {"LinkBudget", "TxLosses", "0"},     {"LinkBudget", "RxGain", "0"},
+    {"LinkBudget", "RxLosses", "0"},  {"LinkBudget", "Threshold", "-100"},
 };
 
 TEST(SettingsTable, HoldsEverySettingWithItsSectionKeyAndDefault) {

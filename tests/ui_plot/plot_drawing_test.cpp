@@ -2,13 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
 #include <random>
 
 #include "canvas/recording_canvas.h"
-#include "plot_state.h"
+#include "support/plot_state.h"
 #include "support/recording_settings_store.h"
 
 namespace zel {
@@ -277,14 +278,39 @@ TEST_F(PlotDrawingTest, WithNoElevationIntervalsThereAreNoLinesAndNoLabels) {
   }
 }
 
-TEST_F(PlotDrawingTest, LevelsBeyondSixteenBitsOverflowAfterTheLinesThatFit) {
+// 32,767 ft are 9,987 m, and the picture reaches up to six times the highest ground.
+TEST_F(PlotDrawingTest, HighGroundInFeetHasLevelsBeyondSixteenBits) {
   test::useFeetAndMiles(state);
-  state.statistics.plotMaximum = 8800;  // 28,871 ft; the top at 100 % is 57,742 ft
-  state.statistics.plotMinimum = 4000;
-  EXPECT_EQ(failureOf([&] { elevationLines(3); }), 6);
-  EXPECT_EQ(view.labels.size(), 2U);  // 10,240 and 26,080 ft; the third is beyond 32,767
-  EXPECT_EQ(failureOf([&] { elevationLines(1); }), 6) << "a step beyond 16 bits";
+  state.statistics.plotMaximum = 8800;  // the top at 100 % is 17,600 m, 57,743 ft
+  state.statistics.plotMinimum = 4000;  // the bottom is 3,120 m, 10,236 ft
+  elevationLines(3);                    // 14,480 m / 3 = 15,836 ft apart
+  EXPECT_EQ(labelTexts(), (Texts{"10240", "26080", "41920", "57760"}));
+  view.labels.clear();
+  elevationLines(1);  // a step of 47,507 ft
+  EXPECT_EQ(labelTexts(), (Texts{"10240", "57750"}));
+  EXPECT_NEAR(view.labels[1].y, 57750 * 0.3048, 0.2);
+}
+
+TEST_F(PlotDrawingTest, GroundOfTwelveThousandMetresIsDrawnAtEveryExaggeration) {
+  state.statistics.plotMaximum = 12000;
+  for (const bool feet : {false, true})
+    for (const double exaggeration : {0.0, 100.0, 500.0}) {
+      if (feet) test::useFeetAndMiles(state);
+      PlotDrawing plot = begun(exaggeration);
+      EXPECT_EQ(failureOf([&] { plot.elevationLines(3, 1, 12); }), 0) << feet << ' ' << exaggeration;
+      EXPECT_EQ(view.labels.size(), 4U);
+    }
+  // From -1,100 m = -3,608.9 ft, raised by 9, in steps of 239,829 / 3 = 79,943 ft, each raised by 7.
+  EXPECT_EQ(view.labels.back().text, "236250");
+}
+
+TEST_F(PlotDrawingTest, LevelsBeyondThirtyTwoBitsOverflow) {
+  state.statistics.plotMaximum = 2e9F;
+  EXPECT_EQ(failureOf([&] { elevationLines(1); }), 6) << "a step";
   EXPECT_TRUE(canvas.operations().empty());
+  state.statistics.plotMaximum = 1e9F;  // the top is 2e9, the bottom -1e8: two steps of 1.05e9 above it
+  state.statistics.plotMinimum = 1e9F;
+  EXPECT_EQ(failureOf([&] { elevationLines(1); }), 0);
 }
 
 TEST_F(PlotDrawingTest, ARiseThatIsNoNumberOverflowsAtOnce) {
@@ -306,9 +332,64 @@ TEST_F(PlotDrawingTest, RaisingToMultiplesOfTenEndsForEveryFiniteBottom) {
     view.labels.clear();
     const int failure = failureOf([&] { elevationLines(3); });
     const double level = std::abs(view.scale.bottom) * state.inputs.units.height.factor;
-    EXPECT_TRUE(failure == 0 || level > 10000) << state.statistics.plotMinimum;
+    EXPECT_TRUE(failure == 0 || level > 1e8) << state.statistics.plotMinimum;
     for (const PlotLabel& label : view.labels) EXPECT_EQ(label.text.back(), '0') << label.text;
   }
+}
+
+// --- more lines than a picture has room for ---
+
+TEST_F(PlotDrawingTest, AsManyElevationLinesAsTheDialogOffersAreAllDrawn) {
+  elevationLines(20);  // 170 m / 20 = 8.5 -> 8 m apart, raised to tens: those above 260 m leave the picture
+  EXPECT_EQ(view.labels.size(), 21U);
+  EXPECT_EQ(view.labels.back().text, "290");
+  EXPECT_EQ(canvas.linesIn(kElevationGreen).size(), 21U * 12);
+}
+
+TEST_F(PlotDrawingTest, ElevationLinesBeyondThoseEndWithThePicture) {
+  state.statistics.plotMaximum = 1000;
+  state.statistics.plotMinimum = 100;  // 0 to 2000 m
+  elevationLines(1000);                // 2 m apart, raised to tens
+  ASSERT_EQ(view.labels.size(), 201U);
+  EXPECT_EQ(view.labels[1].text, "10");
+  EXPECT_EQ(view.labels.back().text, "2000");
+  EXPECT_EQ(canvas.linesIn(kElevationGreen).size(), 201U * 12);
+}
+
+// A picture of 2000 rows is full of lines then.
+TEST_F(PlotDrawingTest, ThousandsOfElevationLinesAreDrawnWhereTheyCanBeToldApart) {
+  state.statistics.plotMaximum = 100000;
+  state.statistics.plotMinimum = 10000;  // 0 to 200,000 m
+  elevationLines(32767);                 // 6 m apart, raised to tens
+  EXPECT_EQ(view.labels.size(), 21U + 199) << "the first ones, then one in 1000 m";
+  const auto lines = canvas.linesIn(kElevationGreen);
+  EXPECT_EQ(lines.size(), (21U + 1998) * 12) << "the first ones, then one in 100 m";
+  EXPECT_NEAR(lines.back().from.y, 200000, 100);
+  double gap = 0;  // the widest, metres
+  for (std::size_t i = 12; i < lines.size(); i += 12)
+    gap = std::max(gap, lines[i].from.y - lines[i - 12].from.y);
+  EXPECT_NEAR(gap, 100, 1e-6);
+}
+
+TEST_F(PlotDrawingTest, ElevationLinesThatCoincideAreNotRepeatedByTheThousand) {
+  elevationLines(32767);  // 170 m / 32767 rounds to no step
+  EXPECT_EQ(labelTexts(), Texts(21, "90"));
+}
+
+TEST_F(PlotDrawingTest, ThousandsOfRangeLinesHaveLabelsWhereTheyCanBeToldApart) {
+  state.path.distance = 2000;
+  state.path.intervals = 1000;
+  state.path.spacing = 2;
+  state.path.extendedLength = 2004;
+  begun().rangeLines(32767);
+  EXPECT_EQ(canvas.linesIn(kRangeMagenta).size(), 1U + 999) << "lines under 2 km apart are none";
+  EXPECT_EQ(view.labels.size(), 1U + 20 + 163) << "the first ones, then one in six: 10.02 km";
+}
+
+TEST_F(PlotDrawingTest, AsManyRangeLinesAsTheDialogOffersAllHaveLabels) {
+  state.path.distance = 50;
+  begun().rangeLines(20);
+  EXPECT_EQ(view.labels.size(), 21U);
 }
 
 // --- range lines ---

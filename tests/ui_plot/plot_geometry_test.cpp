@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "plot_state.h"
+#include "support/plot_state.h"
 
 namespace zel {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "canvas/recording_canvas.h"
 #include "plot_platform.h"
-#include "plot_state.h"
+#include "support/plot_state.h"
 #include "support/recording_settings_store.h"
 #include "support/scripted_terrain.h"
 #include "ui/plot/plot_drawing.h"

@@ -3,10 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "canvas/recording_canvas.h"
 #include "plot_platform.h"
-#include "plot_state.h"
+#include "support/plot_state.h"
 #include "support/recording_settings_store.h"
 #include "support/scripted_platform.h"
 #include "support/scripted_terrain.h"
@@ -46,6 +47,7 @@ struct PlotProceduresTest : testing::Test {
   ProfileProcedures profile{profileServices(), reader};
   PlotPanel panel{"30", "30", "950", 100};
   int printed = 0;
+  std::function<void()> onPrepare;
   ProfileViewState state;
   PlotProcedures plot{plotServices(), reader, state};
 
@@ -76,6 +78,9 @@ struct PlotProceduresTest : testing::Test {
     all.module = &module;
     all.trapped = &window;
     all.printProfile = [this] { ++printed; };
+    all.prepareCanvas = [this] {
+      if (onPrepare) onPrepare();
+    };
     return all;
   }
 
@@ -288,6 +293,53 @@ TEST_F(PlotProceduresTest, TheSliderRaisesTheTop) {
   EXPECT_DOUBLE_EQ(plot.view().scale.top, 2 * top);  // 4 / 2
 }
 
+// --- the canvas ---
+
+TEST_F(PlotProceduresTest, TheCanvasIsPreparedOnceTheProfileStandsAndBeforeTheScaleIsSet) {
+  int prepared = 0;
+  onPrepare = [&] {
+    ++prepared;
+    EXPECT_EQ(sampler.samplings, 1) << "the terrain is there";
+    EXPECT_EQ(state.lineOfSight.startTop, 130) << "and the lines";
+    EXPECT_TRUE(nothingDrawn());
+    EXPECT_TRUE(state.flags.drawing);
+  };
+  plot.drawLine();
+  EXPECT_EQ(prepared, 1);
+  EXPECT_FALSE(nothingDrawn());
+}
+
+TEST_F(PlotProceduresTest, TheCanvasIsLeftAloneWhenNothingIsDrawn) {
+  drawn();
+  bool prepared = false;
+  onPrepare = [&] { prepared = true; };
+  panel.frequency = "";
+  plot.drawLine();
+  panel.frequency = "950";
+  state.flags.loading = true;
+  plot.drawLine();
+  state.flags.loading = false;
+  state.flags.resample = true;
+  sampler.status = 3;
+  plot.drawLine();
+  EXPECT_FALSE(prepared) << "the picture keeps what it showed";
+}
+
+TEST_F(PlotProceduresTest, ACanvasThatCannotBePreparedIsAFailureOfTheDrawing) {
+  onPrepare = [] { throw RuntimeError::outOfMemory(); };
+  plot.drawLine();
+  expectTrapped("frmProfile:drawLine:5", 7);
+  EXPECT_TRUE(nothingDrawn());
+  EXPECT_TRUE(state.flags.resample);
+}
+
+TEST_F(PlotProceduresTest, ADrawingNeedsNoPreparationOfItsCanvas) {
+  PlotProcedures::Services services = plotServices();
+  services.prepareCanvas = nullptr;
+  PlotProcedures(services, reader, state).drawLine();
+  EXPECT_FALSE(nothingDrawn());
+}
+
 // --- losses ---
 
 TEST_F(PlotProceduresTest, TheFreeSpaceLossIsShownAtEachDrawing) {
@@ -400,6 +452,42 @@ TEST_F(PlotProceduresTest, AnExpandedViewWhoseMarkersCameTooNearGoesBackToTheWho
   EXPECT_EQ(plot.view().scale.right, state.path.extendedLength);
   EXPECT_FALSE(state.flags.drawing);
   EXPECT_TRUE(dialogs.messages.empty());
+}
+
+TEST_F(PlotProceduresTest, GoingBackToTheWholePathSamplesTheTerrainOnce) {
+  test::expandBetween(state, 5, 5.05F);
+  plot.drawLine();
+  EXPECT_FALSE(state.expanded);
+  EXPECT_EQ(sampler.samplings, 1);
+  EXPECT_FALSE(state.flags.resample);
+  EXPECT_EQ(plot.view().scale.right, state.path.extendedLength);
+}
+
+TEST_F(PlotProceduresTest, GoingBackToTheWholePathSamplesAgainAfterItsDrawingFailed) {
+  test::expandBetween(state, 5, 5.05F);
+  store.set("Colors", "cLRMarker", "9999999999");
+  plot.drawLine();
+  expectTrapped("frmProfile:drawLine:5", 6);
+  EXPECT_FALSE(state.expanded);
+  EXPECT_TRUE(state.flags.resample) << "cleared only after a successful sampling and drawing";
+  EXPECT_FALSE(state.flags.drawing);
+  store.set("Colors", "cLRMarker", "0");
+  plot.drawLine();
+  EXPECT_EQ(sampler.samplings, 2);
+  EXPECT_FALSE(state.flags.resample);
+}
+
+TEST_F(PlotProceduresTest, HighGroundInFeetIsDrawnWithoutATrap) {
+  sampler.height = [](std::size_t i) { return 11000.0F + 1000.0F * static_cast<float>(i % 2); };
+  store.set("Settings", "DispUnits", "1");
+  load();
+  for (const double exaggeration : {0.0, 100.0, 500.0}) {
+    panel.exaggeration = exaggeration;
+    plot.drawLine();
+  }
+  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_FALSE(module.bProfileFailed);
+  EXPECT_EQ(canvas.linesIn(0x00FF00).size(), 4U * 12) << "of the last one";
 }
 
 TEST_F(PlotProceduresTest, TheStrobeIsForgottenByADrawing) {

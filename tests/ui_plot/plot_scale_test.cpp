@@ -4,7 +4,7 @@
 
 #include <limits>
 
-#include "plot_state.h"
+#include "support/plot_state.h"
 
 namespace zel {
 namespace {

@@ -31,7 +31,10 @@ constexpr std::array kTable{&settings::kPrfPer,           &settings::kPrfMax,
                             &settings::kTerrainSource9,   &settings::kTerrainCacheMB,
                             &settings::kPtpPolarization,  &settings::kPtpPermittivity,
                             &settings::kPtpConductivity,  &settings::kPtpClutterCategory,
-                            &settings::kPtpClutterHeight};
+                            &settings::kPtpClutterHeight, &settings::kBudgetTxPower,
+                            &settings::kBudgetTxGain,     &settings::kBudgetTxLosses,
+                            &settings::kBudgetRxGain,     &settings::kBudgetRxLosses,
+                            &settings::kBudgetThreshold};
 
 constexpr std::string_view kBooleanChoices = "True,False,1,-1,0";
 

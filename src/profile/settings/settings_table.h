@@ -280,6 +280,50 @@ inline constexpr Setting kPtpClutterHeight{"PTP",
                                            "clutter height above ground",
                                            SettingRange{0, 100}};
 
+// The link budget's own inputs; it reads and keeps them itself, by these keys and in these ranges.
+inline constexpr Setting kBudgetTxPower{"LinkBudget",
+                                        "TxPower",
+                                        SettingType::kReal64,
+                                        "40",
+                                        "dBm",
+                                        "transmitter power of the link budget",
+                                        SettingRange{-60, 100}};
+inline constexpr Setting kBudgetTxGain{"LinkBudget",
+                                       "TxGain",
+                                       SettingType::kReal64,
+                                       "0",
+                                       "dBi",
+                                       "transmitter antenna gain of the link budget",
+                                       SettingRange{-50, 100}};
+inline constexpr Setting kBudgetTxLosses{"LinkBudget",
+                                         "TxLosses",
+                                         SettingType::kReal64,
+                                         "0",
+                                         "dB",
+                                         "transmitter losses of the link budget",
+                                         SettingRange{0, 200}};
+inline constexpr Setting kBudgetRxGain{"LinkBudget",
+                                       "RxGain",
+                                       SettingType::kReal64,
+                                       "0",
+                                       "dBi",
+                                       "receiver antenna gain of the link budget",
+                                       SettingRange{-50, 100}};
+inline constexpr Setting kBudgetRxLosses{"LinkBudget",
+                                         "RxLosses",
+                                         SettingType::kReal64,
+                                         "0",
+                                         "dB",
+                                         "receiver losses of the link budget",
+                                         SettingRange{0, 200}};
+inline constexpr Setting kBudgetThreshold{"LinkBudget",
+                                          "Threshold",
+                                          SettingType::kReal64,
+                                          "-100",
+                                          "dBm",
+                                          "receiver threshold of the link budget",
+                                          SettingRange{-200, 100}};
+
 }  // namespace settings
 
 // Every setting, by section, in the order of this header.

@@ -49,10 +49,7 @@ void ProfileProcedures::preCalculate(ProfileViewState& state) {
     return;
   }
   services_.trapped->step(1);
-  services_.readouts->show(
-      readout::kDistance,
-      formatNumber(state.path.distance * state.inputs.units.distance.factor, "##0.0", services_.numbers));
-  services_.readouts->show(readout::kAzimuth, formatNumber(state.path.azimuth, "###", services_.numbers));
+  showPath(state);
   services_.trapped->step(2);
   const CalculationSettings density = readCalculationSettings(settings_);
   services_.trapped->step(3);
@@ -60,6 +57,13 @@ void ProfileProcedures::preCalculate(ProfileViewState& state) {
   const auto samples = static_cast<std::size_t>(state.path.samples);
   state.rawElevation.resize(samples);
   state.elevation.resize(samples);
+}
+
+void ProfileProcedures::showPath(const ProfileViewState& state) {
+  services_.readouts->show(
+      readout::kDistance,
+      formatNumber(state.path.distance * state.inputs.units.distance.factor, "##0.0", services_.numbers));
+  services_.readouts->show(readout::kAzimuth, formatNumber(state.path.azimuth, "###", services_.numbers));
 }
 
 void ProfileProcedures::MinMaxAv(ProfileViewState& state) {
@@ -77,6 +81,7 @@ void ProfileProcedures::MinMaxAv(ProfileViewState& state) {
 void ProfileProcedures::recomputeCurvature(ProfileViewState& state) {
   if (!state.flags.recomputeCurvature) return;
   state.curve = curvatureRise(state.inputs.k, state.path.samples, state.path.extendedLength);
+  state.riseK = state.inputs.k;
   state.flags.recomputeCurvature = false;
 }
 

@@ -47,6 +47,8 @@ class ProfileProcedures {
   // Distance, bearing and layout of the path, shown in lblDist and lblAzd. A path under 0.2 km is told in a
   // box and sets the under-range and profile-error flags. Location ":DoPreCalc:".
   void DoPreCalc(ProfileViewState& state);
+  // Only its read-outs, of a path that is laid out: after a change of units.
+  void showPath(const ProfileViewState& state);
 
   // The height statistics from station to station, shown in their labels. Location ":MinMaxAv:".
   void MinMaxAv(ProfileViewState& state);

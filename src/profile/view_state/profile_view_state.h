@@ -69,7 +69,10 @@ struct ProfileViewState {
   SampleArray<float> rawElevation;  // 1 to T, metres as sampled, voids included
   SampleArray<float> elevation;     // 1 to T, metres after clean-up
   SampleArray<float> curve;         // 1 to T, curvature rise in metres
-  SampleArray<float> fresnel;       // up to N + E, metres; empty without a Fresnel line
+  // The effective-earth factor of that rise. A k that is typed becomes the inputs' at once, and the rise's
+  // when the rise is computed anew.
+  float riseK = 0;
+  SampleArray<float> fresnel;  // up to N + E, metres; empty without a Fresnel line
   LineOfSight lineOfSight;
   float wavelength = 0;  // metres
   HeightStatistics statistics;

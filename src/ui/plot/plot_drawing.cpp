@@ -1,5 +1,6 @@
 #include "ui/plot/plot_drawing.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "foundation/rounding.h"
@@ -9,6 +10,29 @@ namespace zel {
 namespace {
 
 constexpr int kMastWidth = 3;  // logical pixels
+
+// Settings may hold thousands of reference lines. Up to as many as the dialog offers, each is drawn with its
+// label; beyond them a line, or a label, only where it can be told apart from the one before: these parts of
+// the picture's extent further on.
+constexpr std::int32_t kLinesAlwaysDrawn = 20;
+constexpr double kFinestLines = 1.0 / 2000;
+constexpr double kFinestLabels = 1.0 / 200;
+
+class Thinning {
+ public:
+  Thinning(double extent, double finestPart) : finest_(std::abs(extent) * finestPart) {}
+
+  // Lines count from 0, positions grow with them.
+  bool takes(std::int32_t line, double position) {
+    if (line > kLinesAlwaysDrawn && position - last_ < finest_) return false;
+    last_ = position;
+    return true;
+  }
+
+ private:
+  double finest_;
+  double last_ = 0;
+};
 
 // A draw width for as long as the object lives.
 class DrawWidth {
@@ -28,12 +52,13 @@ class DrawWidth {
 // The elevation lines of one drawing: how high each stands, in display units.
 class ElevationLevels {
  public:
-  // Throws RuntimeError 6 when the step does not fit 16 bits.
+  // 16 bits would do for the step in metres, not in feet over high mountains at a steep exaggeration: 32 it
+  // is. Throws RuntimeError 6 beyond them.
   ElevationLevels(const ProfileViewState& state, const PlotScale& scale, std::int16_t count)
       : rise_(state.curve),
         bottom_(scale.bottom),
         factor_(state.inputs.units.height.factor),
-        step_(toInt16(std::abs(scale.top - scale.bottom) * factor_ / count)) {}
+        step_(toInt32(std::abs(scale.top - scale.bottom) * factor_ / count)) {}
 
   void select(std::int32_t line) { line_ = line; }
   double at(std::int32_t sample) const {
@@ -56,7 +81,7 @@ class ElevationLevels {
   const SampleArray<float>& rise_;
   double bottom_;  // metres
   double factor_;  // display units per metre
-  std::int16_t step_;
+  std::int32_t step_;
   double offset_ = 0;  // display units
   std::int32_t line_ = 0;
 };
@@ -117,21 +142,24 @@ void PlotDrawing::markerLine(const ProfileMarker& marker, MarkerStroke& stroke) 
 void PlotDrawing::elevationLines(std::int16_t count, std::int16_t firstIndex, std::int16_t lastIndex) {
   if (count < 1) return;
   ElevationLevels levels(state_, view_.scale, count);
+  const double extent = view_.scale.top - view_.scale.bottom;
+  const double highest = std::max(view_.scale.top, view_.scale.bottom);
+  Thinning lines(extent, kFinestLines);
+  Thinning labels(extent, kFinestLabels);
   for (std::int32_t line = 0; line <= count; ++line) {
     levels.select(line);
     levels.liftToMultipleOfTen(firstIndex);
-
-    canvas_.setDrawMode(DrawMode::kBlackness);
-    const double spacing = state_.path.spacing;
-    const std::int16_t shown = toInt16(levels.at(firstIndex));
-    label(PlotLabelKind::kElevation, index_.sampleX(firstIndex) + spacing / 2 + spacing,
-          levels.metresAt(firstIndex),
-          formatNumber(static_cast<double>(shown), style_.elevationPattern, style_.numbers));
+    const double start = levels.metresAt(firstIndex);
+    // The rise only lifts a line, so one whose datum is above the picture is not in it anywhere, nor are
+    // those that follow.
+    if (line > kLinesAlwaysDrawn && start - double{state_.curve[firstIndex]} > highest) break;
+    if (!lines.takes(line, start)) continue;
+    if (labels.takes(line, start)) elevationLabel(firstIndex, levels.at(firstIndex));
 
     canvas_.setDrawMode(DrawMode::kCopyPen);
     const Colour colour = readColour(settings_, settings::kColourElevation);
     double x = index_.sampleX(firstIndex - 1);
-    double y = levels.metresAt(firstIndex);
+    double y = start;
     // Each stroke reaches one sample beyond the point where the next one begins; so it is meant.
     for (std::int32_t i = firstIndex; i <= lastIndex; ++i) {
       const double height = levels.metresAt(i);
@@ -140,6 +168,16 @@ void PlotDrawing::elevationLines(std::int16_t count, std::int16_t firstIndex, st
       y = height;
     }
   }
+}
+
+void PlotDrawing::elevationLabel(std::int32_t sample, double level) {
+  canvas_.setDrawMode(DrawMode::kBlackness);
+  const double spacing = state_.path.spacing;
+  // High ground in feet is beyond 16 bits, and is no reason to go without a profile: 32 it is.
+  const std::int32_t shown = toInt32(level);
+  label(PlotLabelKind::kElevation, index_.sampleX(sample) + spacing / 2 + spacing,
+        level / state_.inputs.units.height.factor,
+        formatNumber(static_cast<double>(shown), style_.elevationPattern, style_.numbers));
 }
 
 void PlotDrawing::rangeLines(std::int16_t count) {
@@ -158,11 +196,14 @@ void PlotDrawing::rangeLines(std::int16_t count) {
   verticalLine(start, colour);
 
   const std::string pattern = rangePattern(span, layout.lines, style_.rangePattern);
+  Thinning labels(view_.scale.right - view_.scale.left, kFinestLabels);
   double position = layout.first + start * factor;
   for (std::int32_t line = 1; line <= layout.lines; ++line) {
-    canvas_.setDrawMode(DrawMode::kBlackness);
-    label(PlotLabelKind::kRange, position / factor, view_.scale.top,
-          formatNumber(position - start * factor, pattern, style_.numbers));
+    if (labels.takes(line, position / factor)) {
+      canvas_.setDrawMode(DrawMode::kBlackness);
+      label(PlotLabelKind::kRange, position / factor, view_.scale.top,
+            formatNumber(position - start * factor, pattern, style_.numbers));
+    }
     canvas_.setDrawMode(DrawMode::kCopyPen);
     verticalLine(position / factor, colour);
     position += layout.interval;

@@ -49,11 +49,14 @@ class PlotDrawing {
   bool begin(double exaggeration);
 
   // `count` intervals of height, hence one line more, each at a constant height above the curved datum. All
-  // of them stand on multiples of 10 display units at the first sample. None for a count below 1.
+  // of them stand on multiples of 10 display units at the first sample. None for a count below 1. Of more
+  // than 20 intervals, those lines and labels are left out that a picture has no room for, so that a stored
+  // count in the thousands takes no longer than it can show.
   void elevationLines(std::int16_t count, std::int16_t firstIndex, std::int16_t lastIndex);
 
   // `count` lines of equal distance from the start and one at the start itself. A short path gets fewer of
-  // them. None, not even the one at the start, for a count below 1.
+  // them. None, not even the one at the start, for a count below 1. Of more than 20, labels that a picture
+  // has no room for are left out.
   void rangeLines(std::int16_t count);
 
   // The Fresnel line when there is one, antenna masts in the view of the whole path, line of sight.
@@ -63,6 +66,7 @@ class PlotDrawing {
   void ground();
 
  private:
+  void elevationLabel(std::int32_t sample, double level);  // level in display units
   void markerLine(const ProfileMarker& marker, MarkerStroke& stroke);
   void fresnelLine(Colour colour);
   void antennaMasts(Colour colour);

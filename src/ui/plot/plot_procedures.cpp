@@ -3,9 +3,9 @@
 #include "foundation/rounding.h"
 #include "profile/path_loss/free_space_loss.h"
 #include "profile/real32.h"
+#include "profile/view_state/window_model_run.h"
 #include "ui/plot/plot_readouts.h"
 #include "ui/plot/plot_scale.h"
-#include "ui/plot/window_model_run.h"
 
 namespace zel {
 namespace {
@@ -70,8 +70,9 @@ void PlotProcedures::drawLine() {
 // The parts that have a name of their own begin at step 0 again, so the step is set after each.
 void PlotProcedures::draw(double exaggeration) {
   services_.trapped->step(5);
+  if (services_.prepareCanvas) services_.prepareCanvas();
   if (!drawing().begin(exaggeration)) {
-    mnuProfileExpand_Click();  // back to the whole path, which it draws
+    leaveExpandedView();
     return;
   }
   services_.trapped->step(6);
@@ -82,6 +83,17 @@ void PlotProcedures::draw(double exaggeration) {
   services_.trapped->step(8);
   drawing().ground();
   state_.flags.resample = false;
+  ++drawings_;
+}
+
+// The toggle draws the whole path. The terrain of this drawing serves that one too, and is sampled anew by
+// the next when that one fails.
+void PlotProcedures::leaveExpandedView() {
+  const bool resample = state_.flags.resample;
+  const std::int64_t drawings = drawings_;
+  state_.flags.resample = false;
+  mnuProfileExpand_Click();
+  if (drawings_ == drawings) state_.flags.resample = resample;
 }
 
 void PlotProcedures::drawRangeAndHeight(std::int16_t firstIndex, std::int16_t lastIndex) {

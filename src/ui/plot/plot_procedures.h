@@ -5,6 +5,7 @@
 // way out. Nothing here is a widget: a picture without a window is drawn in the same way.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -45,6 +46,9 @@ class PlotProcedures {
     ModuleState* module = nullptr;
     TrappedModule* trapped = nullptr;    // of the window, "frmProfile"
     std::function<void()> printProfile;  // nothing when there is no printing
+    // Called when a drawing is about to begin, before the scale is set; may be empty. The profile is up to
+    // date by then, and everything on the canvas may be given up: it is drawn anew.
+    std::function<void()> prepareCanvas;
     PlotStyle style;
   };
   PlotProcedures(Services services, const SettingsReader& settings, ProfileViewState& state);
@@ -85,6 +89,7 @@ class PlotProcedures {
  private:
   bool panelIsComplete(const PlotPanel& panel) const;
   void draw(double exaggeration);
+  void leaveExpandedView();
   void updateLosses();
   void clearMarker(std::string_view procedure, MarkerSide side);
   PlotDrawing drawing();
@@ -93,6 +98,7 @@ class PlotProcedures {
   SettingsReader settings_;
   ProfileViewState& state_;
   PlotView view_;
+  std::int64_t drawings_ = 0;  // that succeeded
   PlotMarkers markers_;
 };
 

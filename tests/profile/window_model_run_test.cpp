@@ -1,8 +1,8 @@
-#include "ui/plot/window_model_run.h"
+#include "profile/view_state/window_model_run.h"
 
 #include <gtest/gtest.h>
 
-#include "plot_state.h"
+#include "support/plot_state.h"
 
 namespace zel {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/plot/window_model_run.h"
+#include "profile/view_state/window_model_run.h"
 
 #include "profile/calculation/checked_math.h"
 #include "profile/real32.h"
