@@ -77,7 +77,7 @@ TOOLKITS = {
     "GoogleTest": (r"^(gtest|gmock)/", set()),
     "Google Benchmark": (r"^benchmark/", set()),
     "POSIX": (
-        r"^(unistd|fcntl|dlfcn|pwd|signal|spawn|poll|termios|pthread|pty)\.h$|^sys/\w+\.h$",
+        r"^(unistd|fcntl|dlfcn|link|malloc|pwd|signal|spawn|poll|termios|pthread|pty)\.h$|^sys/\w+\.h$",
         {"services", "zeltool", "component", "host"},
     ),
 }

@@ -88,6 +88,7 @@ int run(int argc, char** argv, ProfileControl& component) {
   addRunOptions(program, options);
   // Runs after everything is parsed and before the command itself.
   program.parse_complete_callback([&] { applyRunOptions(options, component); });
+  addShowCommand(program, component);
   addProfileCommand(program);
   addPictureCommand(program);
   addLossCommand(program);

@@ -5,6 +5,10 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
+namespace zel {
+class ProfileControl;
+}
+
 namespace zel::host {
 
 // For every option with a value: an empty one, or the next option taken for it, is wrong usage.
@@ -27,6 +31,7 @@ void addLossCommand(CLI::App& program);
 void addPictureCommand(CLI::App& program);
 void addProfileCommand(CLI::App& program);
 void addSampleCommand(CLI::App& program);
+void addShowCommand(CLI::App& program, ProfileControl& control);
 void addTerrainCommand(CLI::App& program);
 void addSettingsCommand(CLI::App& program);
 

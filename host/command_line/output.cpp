@@ -12,6 +12,7 @@
 #include <cstring>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <sstream>
 
 #include "command_line/command_error.h"
@@ -72,10 +73,14 @@ class FileBeside {
     return 0666U & ~mask;
   }
 
-  void renameIntoPlace() {
+  // Everything is on disk, with the rights that it will have.
+  void finish() {
     fchmod(descriptor_, wantedMode());
-    if (fsync(descriptor_) != 0 || rename(name_.c_str(), target_.c_str()) != 0)
-      throw cannotWrite(target_, errno);
+    if (fsync(descriptor_) != 0) throw cannotWrite(target_, errno);
+  }
+
+  void renameIntoPlace() {
+    if (rename(name_.c_str(), target_.c_str()) != 0) throw cannotWrite(target_, errno);
     close(descriptor_);
     descriptor_ = -1;
   }
@@ -85,6 +90,35 @@ class FileBeside {
   std::string name_;
   int descriptor_ = -1;
 };
+
+std::string contentOf(const FileToWrite& file) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(file.path, ignored))
+    throw CommandFailure("cannot write " + file.path + ": it is a folder; name a file");
+  std::ostringstream content;
+  file.write(content);
+  return content.str();
+}
+
+// Standard output, a device or a pipe: it cannot be replaced by a file, and has no content to lose.
+bool isStream(const std::string& path) {
+  std::error_code ignored;
+  return path == "-" ||
+         (std::filesystem::exists(path, ignored) && !std::filesystem::is_regular_file(path, ignored));
+}
+
+void send(const std::string& path, const std::string& content) {
+  if (path == "-") {
+    std::cout << content;
+    finishStandardOutput();
+    return;
+  }
+  std::FILE* device = std::fopen(path.c_str(), "wb");
+  const bool written =
+      device != nullptr && std::fwrite(content.data(), 1, content.size(), device) == content.size();
+  const bool closed = device != nullptr && std::fclose(device) == 0;
+  if (!written || !closed) throw cannotWrite(path, errno);
+}
 
 }  // namespace
 
@@ -121,28 +155,31 @@ void finishStandardOutput() {
 }
 
 void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
-  if (path == "-") {
-    write(std::cout);
-    finishStandardOutput();
-    return;
+  writeFiles({{path, write}});
+}
+
+void writeFiles(const std::vector<FileToWrite>& files) {
+  std::vector<std::string> contents;
+  contents.reserve(files.size());
+  for (const FileToWrite& file : files) contents.push_back(contentOf(file));
+  std::vector<std::unique_ptr<FileBeside>> beside;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    if (isStream(files[i].path)) continue;
+    beside.push_back(std::make_unique<FileBeside>(behindLinks(files[i].path)));
+    beside.back()->write(contents[i]);
+    beside.back()->finish();
   }
+  // What is sent away cannot be taken back, so everything else is safe by then.
+  for (std::size_t i = 0; i < files.size(); ++i)
+    if (isStream(files[i].path)) send(files[i].path, contents[i]);
+  for (const auto& file : beside) file->renameIntoPlace();
+}
+
+bool isSameFile(const std::string& a, const std::string& b) {
   std::error_code ignored;
-  if (std::filesystem::is_directory(path, ignored))
-    throw CommandFailure("cannot write " + path + ": it is a folder; name a file");
-  std::ostringstream content;
-  write(content);
-  // A device or a pipe cannot be replaced by a file, and has no content to lose.
-  if (std::filesystem::exists(path, ignored) && !std::filesystem::is_regular_file(path, ignored)) {
-    std::FILE* device = std::fopen(path.c_str(), "wb");
-    const std::string text = content.str();
-    const bool written = device != nullptr && std::fwrite(text.data(), 1, text.size(), device) == text.size();
-    const bool closed = device != nullptr && std::fclose(device) == 0;
-    if (!written || !closed) throw cannotWrite(path, errno);
-    return;
-  }
-  FileBeside beside(behindLinks(path));
-  beside.write(content.str());
-  beside.renameIntoPlace();
+  return std::filesystem::equivalent(a, b, ignored) ||
+         std::filesystem::weakly_canonical(behindLinks(a), ignored) ==
+             std::filesystem::weakly_canonical(behindLinks(b), ignored);
 }
 
 void note(std::string_view text) {

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zel::host {
 
@@ -18,6 +19,17 @@ std::string significant(double value, int digits);
 // Writes the file whole or not at all: what stood there before stays until the new content is complete on
 // disk. "-" is standard output. Throws CommandFailure.
 void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write);
+
+struct FileToWrite {
+  std::string path;  // as for writeFile
+  std::function<void(std::ostream&)> write;
+};
+// The same for several that belong together: the first takes its place when all are complete on disk, so
+// that one that cannot be written leaves the others as they were.
+void writeFiles(const std::vector<FileToWrite>& files);
+
+// Whether two paths name one file, through links too; it need not exist.
+bool isSameFile(const std::string& a, const std::string& b);
 
 // Throws CommandFailure when what was written to standard output did not get there.
 void finishStandardOutput();

@@ -1,16 +1,13 @@
 // picture: the plot of a path as a PNG, and where everything in it lies as JSON.
 #include <algorithm>
 #include <charconv>
-#include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "command_line/command_error.h"
@@ -172,9 +169,7 @@ void checkOutputs(const PictureOptions& options) {
   if (options.geometry.empty()) return;
   if (options.output == "-" && options.geometry == "-")
     throw UsageError("-o - and --geometry - both want standard output; give one of them a file");
-  std::error_code ignored;
-  if (options.output == options.geometry ||
-      std::filesystem::equivalent(options.output, options.geometry, ignored))
+  if (isSameFile(options.output, options.geometry))
     throw UsageError("-o and --geometry name the same file; give two");
 }
 
@@ -208,13 +203,15 @@ void runPicture(const PictureOptions& options) {
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
   const PlotImage image = renderPlotImage(request);
   if (image.status != 0) throw CommandFailure(image.error);
-  writeFile(options.output, [&image](std::ostream& out) {
-    out.write(image.png.data(), static_cast<std::streamsize>(image.png.size()));
-  });
+  std::vector<FileToWrite> files{{options.output, [&image](std::ostream& out) {
+                                    out.write(image.png.data(),
+                                              static_cast<std::streamsize>(image.png.size()));
+                                  }}};
   if (!options.geometry.empty())
-    writeFile(options.geometry, [&image](std::ostream& out) {
-      out << geometryJson(image).dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
-    });
+    files.push_back({options.geometry, [&image](std::ostream& out) {
+                       out << geometryJson(image).dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+                     }});
+  writeFiles(files);
   // Standard output is the picture's or the geometry's.
   if (options.output != "-" && options.geometry != "-") printSummary(image, options);
 }

@@ -139,6 +139,11 @@ struct PlotImage {
 // Throws SettingsError (zel/settings.h) when the settings cannot be read.
 ZEL_API PlotImage renderPlotImage(const PlotImageRequest& request);
 
+// The same up to the drawing: whether the path of the request has a plot, and if not, why (status and error).
+// Everything else that it gives is what is known before a stroke is drawn: terrain, notes. Ground that the
+// profile window refuses to carry, at the price of the process, is refused here with its place.
+ZEL_API PlotImage checkPlotPath(const PlotImageRequest& request);
+
 }  // namespace zel
 
 #endif  // ZEL_PLOT_IMAGE_H_

@@ -109,7 +109,7 @@ class ZEL_API ProfileControl final : public _ProfileControl {
 
  private:
   struct Self;
-  std::unique_ptr<Self> self_;
+  std::shared_ptr<Self> self_;  // kept by a call that is under way when the object is released
 };
 
 // A station for late-bound calls: an object with the properties Lat, Lon and AntHt.

@@ -102,9 +102,10 @@ void refuseNull(const Pointers*... pointers) {
   if ((... || !pointers)) throw kNullPointer;
 }
 
-zel::ProfileControl& controlOf(zelProfiler* profiler) {
+// Kept by the call: under a box that it shows the host may release the profiler.
+auto controlOf(zelProfiler* profiler) {
   refuseNull(profiler);
-  return *profiler->control;
+  return profiler->control;
 }
 
 // Reads a member into the caller's variable.
@@ -112,20 +113,20 @@ template <typename Result, typename Read>
 int readInto(zelProfiler* profiler, Result* value, Read&& read) noexcept {
   return guarded([&] {
     refuseNull(value);
-    *value = static_cast<Result>(read(controlOf(profiler)));
+    *value = static_cast<Result>(read(*controlOf(profiler)));
   });
 }
 
 template <typename Write>
 int write(zelProfiler* profiler, Write&& member) noexcept {
-  return guarded([&] { member(controlOf(profiler)); });
+  return guarded([&] { member(*controlOf(profiler)); });
 }
 
 template <typename Write>
 int writeText(zelProfiler* profiler, const char* text, Write&& member) noexcept {
   return guarded([&] {
     refuseNull(text);
-    member(controlOf(profiler), std::string(text));
+    member(*controlOf(profiler), std::string(text));
   });
 }
 
@@ -356,7 +357,7 @@ int zelProfilerGetPForm(zelProfiler* profiler, zelObject** window) {
   return guarded([&] {
     refuseNull(window);
     *window = nullptr;
-    handOut(controlOf(profiler).get_PForm(), window);
+    handOut(controlOf(profiler)->get_PForm(), window);
   });
 }
 

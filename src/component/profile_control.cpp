@@ -1,6 +1,7 @@
 #include "zel/profile_control.h"
 
 #include <cstddef>
+#include <memory>
 
 #include "component/component.h"
 #include "component/member_table.h"
@@ -15,13 +16,15 @@ constexpr std::size_t kShortestFileName = 5;  // characters
 
 }  // namespace
 
-struct ProfileControl::Self {
+struct ProfileControl::Self : std::enable_shared_from_this<Self> {
   Component& component = Component::instance();
   ModuleState& state = component.state();
   TrappedModule module{"ProfileControl", component.trap()};
 
   template <typename Body>
   auto run(std::string_view procedure, Body&& body) {
+    // A box that the body shows handles events, and a host may release its object in one.
+    const std::shared_ptr<Self> kept = this->weak_from_this().lock();
     component.thread().check();
     return module.run(procedure, std::forward<Body>(body));
   }
@@ -34,6 +37,14 @@ struct ProfileControl::Self {
     state.antennaHeights[1] = toInt16(static_cast<double>(sta2.AntHt));
   }
 
+  void unloadWindows() {
+    run(procedures::kUnloadMainForm, [this] {
+      if (state.profileWindowLoaded) component.windows().unloadProfile();
+      module.step(1);
+      if (state.settingsDialogLoaded) component.windows().unloadSettings();
+    });
+  }
+
   template <typename Body>
   void exportTo(const std::string& outfile, Body&& body) {
     if (characterCount(outfile) < kShortestFileName) return;
@@ -43,7 +54,7 @@ struct ProfileControl::Self {
   }
 };
 
-ProfileControl::ProfileControl() : self_(std::make_unique<Self>()) {
+ProfileControl::ProfileControl() : self_(std::make_shared<Self>()) {
   self_->component.thread().enter();
   self_->run(procedures::kClassInitialize, [this] { self_->component.bindOwnApplication(); });
 }
@@ -168,17 +179,18 @@ float ProfileControl::GetPathLoss(const StationProfile_Type& Sta1, const Station
 }
 
 void ProfileControl::ShowMainForm(const StationProfile_Type& Sta1, const StationProfile_Type& Sta2) {
-  self_->run(procedures::kShowMainForm, [&] {
-    self_->storeStations(Sta1, Sta2);
-    self_->module.step(2);
-    UnloadMainForm();
-    self_->module.step(3);
-    self_->state.bProfileFailed = false;
-    self_->module.step(4);
-    self_->component.ensureSetUp();
-    self_->component.windows().showProfile();
-    self_->module.step(5);
-    if (self_->state.bProfileFailed) self_->component.windows().unloadProfile();
+  const std::shared_ptr<Self> self = self_;
+  self->run(procedures::kShowMainForm, [&] {
+    self->storeStations(Sta1, Sta2);
+    self->module.step(2);
+    self->unloadWindows();
+    self->module.step(3);
+    self->state.bProfileFailed = false;
+    self->module.step(4);
+    self->component.ensureSetUp();
+    self->component.windows().showProfile();
+    self->module.step(5);
+    if (self->state.bProfileFailed) self->component.windows().unloadProfile();
   });
 }
 
@@ -197,13 +209,7 @@ void ProfileControl::let_StaDatum(std::int32_t vNewValue) {
   self_->run(procedures::kLetStaDatum, [&] { self_->component.setStationDatum(vNewValue); });
 }
 
-void ProfileControl::UnloadMainForm() {
-  self_->run(procedures::kUnloadMainForm, [this] {
-    if (self_->state.profileWindowLoaded) self_->component.windows().unloadProfile();
-    self_->module.step(1);
-    if (self_->state.settingsDialogLoaded) self_->component.windows().unloadSettings();
-  });
-}
+void ProfileControl::UnloadMainForm() { std::shared_ptr<Self>(self_)->unloadWindows(); }
 
 std::int32_t ProfileControl::get_hWnd() {
   return self_->run(procedures::kGetHWnd, [this] { return self_->state.profileWindowHandle; });

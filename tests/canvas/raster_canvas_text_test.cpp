@@ -189,14 +189,26 @@ TEST_F(RasterCanvasText, OneLargerThanThePictureKeepsItsBeginning) {
   EXPECT_EQ(canvas.textRectangles()[0].rectangle.topLeft(), QPointF(0, 0));
 }
 
-TEST_F(RasterCanvasText, IsNotDrawnWhenItsPositionIsOutside) {
+TEST_F(RasterCanvasText, IsNotDrawnWhenItLiesOutside) {
   RasterCanvas canvas = canvasAt(1);
-  printAt(canvas, -1, 50, "left");
+  printAt(canvas, -60, 50, "left");
   printAt(canvas, 201, 50, "right");
   printAt(canvas, 50, 101, "above");
   printAt(canvas, 50, -1, "below");
   EXPECT_EQ(inkedPixels(canvas.image()), 0);
   EXPECT_TRUE(canvas.textRectangles().empty());
+}
+
+// The first elevation label of an expanded view stands up to half a sample left of the picture; it used to be
+// left out, at one pixel ratio and not at another.
+TEST_F(RasterCanvasText, ShowsWholeWhenItReachesIntoThePictureFromTheLeft) {
+  for (const double ratio : kRatios) {
+    RasterCanvas canvas = canvasAt(ratio);
+    printAt(canvas, -5, 60, "1370");
+    ASSERT_EQ(canvas.textRectangles().size(), 1U) << ratio;
+    EXPECT_GE(canvas.textRectangles()[0].rectangle.left(), 0) << ratio;
+    EXPECT_LT(canvas.textRectangles()[0].rectangle.left(), 1) << ratio;
+  }
 }
 
 TEST_F(RasterCanvasText, IsBlackInEveryDrawMode) {

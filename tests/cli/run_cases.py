@@ -11,6 +11,8 @@ A file is a list of cases, each with a name that is a sentence, and steps or one
   err       list of regular expressions, each found in standard error; [] means that it is empty
   not_out   list of regular expressions that must not be found in standard output
   files     object: file name below {dir} -> list of regular expressions found in it, or null: it must not exist
+  only      list of the names below {dir} after the step, but for the folders of settings and state
+  env       object: environment variable -> value for the step, or null: it is not set
   png       object: file name below {dir} -> [width, height] in pixels of the PNG that it is
   write     object: file name below {dir} -> content, written before the step
   json      object: path with dots -> expected value, a number with a tolerance as [value, tolerance], of standard output
@@ -50,9 +52,14 @@ def check_step(program, step, folder, environment):
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "w", encoding="utf-8") as file:
             file.write(content)
+    for name, value in step.get("env", {}).items():
+        environment = dict(environment, **{name: value or ""})
+        if value is None:
+            del environment[name]
     with open(step["to"], "w", encoding="utf-8") if "to" in step else contextlib.nullcontext(subprocess.PIPE) as out:
         done = subprocess.run([program] + [fill(a) for a in step["args"]], input=step.get("stdin", ""), cwd=folder,
-                              env=environment, stdout=out, stderr=subprocess.PIPE, text=True, timeout=120, check=False)
+                              env=environment, stdout=out, stderr=subprocess.PIPE, text=True, errors="replace", timeout=120,
+                              check=False)
     done.stdout = done.stdout or ""
     wanted = step.get("exit", 0)
     if done.returncode != wanted:
@@ -80,6 +87,10 @@ def check_step(program, step, folder, environment):
             faults.append(str(error))
             continue
         faults += [f"{p!r} not in {name}" for p in patterns if not re.search(p, content)]
+    if "only" in step:
+        found = sorted(set(os.listdir(folder)) - {"config", "state"})
+        if found != step["only"]:
+            faults.append(f"the folder has {found}, wanted {step['only']}")
     for name, size in step.get("png", {}).items():
         with contextlib.suppress(OSError), open(os.path.join(folder, name), "rb") as file:
             head = file.read(24)

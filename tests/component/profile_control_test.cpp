@@ -9,8 +9,8 @@
 #include <thread>
 
 #include "component/procedure_names.h"
-#include "component/unavailable_windows.h"
 #include "component_fixture.h"
+#include "unavailable_windows.h"
 
 namespace zel {
 namespace {

@@ -11,6 +11,7 @@
 
 #include "component/component.h"
 #include "component/desktop/desktop_services.h"
+#include "component/desktop/desktop_windows.h"
 #include "support/scripted_platform.h"
 #include "support/temporary_folder.h"
 #include "zel/profile_control.h"
@@ -18,9 +19,10 @@
 
 namespace zel::test {
 
-class RealComponent : public testing::Test {
+template <typename Base>
+class RealComponentOver : public Base {
  protected:
-  RealComponent() {
+  RealComponentOver() {
     control_.SetClientApp(makePropertyBag({{"Title", "Host Planner"}, {"Path", folder_.path().string()}}));
   }
 
@@ -28,6 +30,7 @@ class RealComponent : public testing::Test {
     ComponentServices services = makeDesktopServices();
     services.dialogs = dialogs_;
     services.hardStop = std::make_shared<ScriptedHardStop>();
+    services.windows = windows_;
     services.settings = store_;
     services.settingsFile = nullptr;
     services.bundledTerrain = ZEL_SOURCE_DIR "/data/terrain";
@@ -57,9 +60,13 @@ class RealComponent : public testing::Test {
   std::shared_ptr<ScriptedDialogs> dialogs_ = std::make_shared<ScriptedDialogs>();
   std::shared_ptr<IniSettingsStore> store_ =
       std::make_shared<IniSettingsStore>(folder_ / "settings", [](const std::string&) {});
+  std::shared_ptr<DesktopWindows> windows_ =
+      std::make_shared<DesktopWindows>([]() -> Component& { return Component::instance(); });
   Component component_{services()};
   ComponentSubstitute substitute_{component_};
   ProfileControl control_;
 };
+
+class RealComponent : public RealComponentOver<testing::Test> {};
 
 }  // namespace zel::test

@@ -1,5 +1,4 @@
-// The windows of a component that is built without any: what needs one is refused, what closes one has
-// nothing to do.
+// Windows of which none can be had: what needs one is refused, what closes one has nothing to do.
 #pragma once
 
 #include "component/profile_windows.h"

@@ -14,4 +14,8 @@ execute_process(COMMAND ${CMAKE_COMMAND} -S ${CONSUMER} -B ${build} -G ${GENERAT
     -DCMAKE_BUILD_TYPE=Release -DCMAKE_C_COMPILER=${C} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_PREFIX_PATH=${prefix}
   COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND ${CMAKE_COMMAND} --build ${build} COMMAND_ERROR_IS_FATAL ANY)
-execute_process(COMMAND ${build}/consumer_${name} ${log_folder} COMMAND_ERROR_IS_FATAL ANY)
+foreach(program consumer_${name} consumer_${name}_windows)
+  if(EXISTS ${build}/${program})
+    execute_process(COMMAND ${build}/${program} ${log_folder} COMMAND_ERROR_IS_FATAL ANY)
+  endif()
+endforeach()

@@ -113,5 +113,37 @@ TEST_F(OutputFile, SaysWhatIsWrongWithAPathThatCannotBeWritten) {
   EXPECT_THROW(writeFile("/dev/full", [](std::ostream& out) { out << "x"; }), CommandFailure);
 }
 
+TEST_F(OutputFile, LeavesTheOldOneWhereAnotherThatBelongsToItCannotBeWritten) {
+  writeFile(file_, [](std::ostream& out) { out << "old"; });
+  const auto content = [](std::ostream& out) { out << "new"; };
+  EXPECT_THROW(writeFiles({{file_, content}, {folder_ / "none" / "out.json", content}}), CommandFailure);
+  EXPECT_THROW(writeFiles({{file_, content}, {folder_, content}}), CommandFailure);
+  EXPECT_THROW(writeFiles({{file_, content}, {"/dev/full", content}}), CommandFailure);
+  EXPECT_THROW(writeFiles({{file_, content},
+                           {folder_ / "b", [](std::ostream&) { throw std::runtime_error("no content"); }}}),
+               std::runtime_error);
+  EXPECT_EQ(read(file_), "old");
+  EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(OutputFile, IsOneOfTwoThatAreWrittenTogether) {
+  writeFiles({{file_, [](std::ostream& out) { out << "a"; }},
+              {folder_ / "out.json", [](std::ostream& out) { out << "b"; }}});
+  EXPECT_EQ(read(file_), "a");
+  EXPECT_EQ(read(folder_ / "out.json"), "b");
+  EXPECT_EQ(filesInFolder(), 2U);
+}
+
+TEST_F(OutputFile, IsTheSameByAnotherNameAlsoBeforeItExists) {
+  EXPECT_TRUE(isSameFile(file_, folder_ / "." / "out.csv"));
+  fs::create_symlink("out.csv", folder_ / "link.csv");
+  EXPECT_TRUE(isSameFile(folder_ / "link.csv", file_));
+  EXPECT_FALSE(isSameFile(file_, folder_ / "out.json"));
+  writeFile(file_, [](std::ostream& out) { out << "x"; });
+  fs::create_hard_link(file_, folder_ / "hard.csv");
+  EXPECT_TRUE(isSameFile(folder_ / "hard.csv", file_));
+  EXPECT_FALSE(isSameFile(file_, folder_ / "out.json"));
+}
+
 }  // namespace
 }  // namespace zel::host

@@ -142,7 +142,8 @@ void RasterCanvas::setTextPosition(double x, double y) { state_.textPosition = {
 
 void RasterCanvas::print(std::string_view text) {
   const auto anchor = devicePoint(state_.textPosition);
-  const bool inside = anchor && !image_.isNull() && anchor->x >= 0 &&
+  // The first label of an expanded view stands up to half a sample left of the picture.
+  const bool inside = anchor && !image_.isNull() && (anchor->x >= 0 || anchor->x > -deviceWidthOf(text)) &&
                       anchor->x <= nearestWhole(size_.width() * pixelRatio_) && anchor->y >= 0 &&
                       anchor->y <= nearestWhole(size_.height() * pixelRatio_);
   if (inside && !text.empty()) printAt(*anchor, text);
@@ -151,6 +152,12 @@ void RasterCanvas::print(std::string_view text) {
       fontsAreThere() && !image_.isNull() ? QFontMetricsF(font(), &image_).lineSpacing() : kNominalLineHeight;
   const double down = size_.isEmpty() ? 0 : lineHeight / size_.height() * state_.scale.height();
   state_.textPosition = {state_.scale.left, state_.textPosition.y + down};
+}
+
+double RasterCanvas::deviceWidthOf(std::string_view text) const {
+  if (!fontsAreThere()) return 0;
+  const QString shown = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  return QFontMetricsF(font(), &image_).horizontalAdvance(shown) * pixelRatio_;
 }
 
 void RasterCanvas::printAt(PixelPoint anchor, std::string_view text) {

@@ -76,10 +76,11 @@ class RasterCanvas final : public Canvas {
   int drawWidth() const override;
   void line(double x1, double y1, double x2, double y2, Colour colour) override;
   void circle(double x, double y, double radius) override;
-  // A text whose position is in the picture, borders included, is moved by as little as it takes to show
-  // whole and then off the texts that are there, with the gap of a blank beside them: right by the height of
-  // three lines at most, down by one. Where that does not free it, it stays. One whose position is outside is
-  // not drawn. Texts are opaque black, with smooth edges and without coloured ones, in every draw mode.
+  // A text whose position is in the picture, borders included, or left of it by less than the text is wide,
+  // is moved by as little as it takes to show whole and then off the texts that are there, with the gap of a
+  // blank beside them: right by the height of three lines at most, down by one. Where that does not free it,
+  // it stays. One whose position is outside is not drawn. Texts are opaque black, with smooth edges and
+  // without coloured ones, in every draw mode.
   void setTextPosition(double x, double y) override;
   void print(std::string_view text) override;
 
@@ -89,6 +90,7 @@ class RasterCanvas final : public Canvas {
   QPointF stepAside(const QRectF& cell, const QFontMetricsF& metrics) const;
   int deviceDrawWidth() const;
   PixelRows pixelRows();
+  double deviceWidthOf(std::string_view text) const;
   void printAt(PixelPoint anchor, std::string_view text);
 
   QImage image_;

@@ -74,12 +74,13 @@ class PlotPicture {
   PlotPicture(Component& component, const PlotImageRequest& request)
       : component_(component), request_(request), inputs_(component, image_.notes, image_.notes) {}
 
-  PlotImage run() {
+  PlotImage run(bool drawn) {
     try {
       checkPicture();
       load();
       checkPath();
       checkSettingsOfTheDrawing();
+      if (!drawn) return std::move(image_);
       if (!ensurePictureApplication())
         throw Refusal{
             "the process has an application object without graphics, so texts cannot be drawn; make it a "
@@ -416,7 +417,11 @@ class PlotPicture {
 }  // namespace
 
 PlotImage renderPlotImage(const PlotImageRequest& request) {
-  return accessing([&](Component& component) { return PlotPicture(component, request).run(); });
+  return accessing([&](Component& component) { return PlotPicture(component, request).run(true); });
+}
+
+PlotImage checkPlotPath(const PlotImageRequest& request) {
+  return accessing([&](Component& component) { return PlotPicture(component, request).run(false); });
 }
 
 }  // namespace zel

@@ -7,6 +7,7 @@
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QPointer>
 #include <QThread>
 #include <cstdio>
 
@@ -94,6 +95,12 @@ void prepare(QFileDialog& dialog, const SaveDialogRequest& request) {
   dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.overwritePrompt);
 }
 
+// Deletes a dialog that is still there on every way out.
+struct Deleted {
+  QPointer<QFileDialog> dialog;
+  ~Deleted() { delete dialog.data(); }
+};
+
 }  // namespace
 
 bool canShowWidgets() {
@@ -110,39 +117,47 @@ MessageAnswer DesktopDialogs::message(const MessageBoxRequest& request) {
     std::fputs(line.c_str(), stderr);
     return yesNo ? MessageAnswer::kYes : MessageAnswer::kOk;
   }
-  AnsweredBox box(yesNo, QApplication::activeWindow());
-  box.setObjectName(QStringLiteral("messageBox"));
-  box.setTextFormat(Qt::PlainText);
-  box.setWindowTitle(titleOf(request.title));
-  box.setText(QString::fromStdString(request.text));
-  box.setIcon(iconOf(request.icon));
-  box.setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No
-                               : QMessageBox::StandardButtons(QMessageBox::Ok));
-  box.setDefaultButton(yesNo ? QMessageBox::Yes : QMessageBox::Ok);
-  const int answer = box.exec();
+  // On the heap: its window may be unloaded and deleted while it is shown, and takes the box with it. The
+  // box then counts as answered "continue".
+  const QPointer<AnsweredBox> box = new AnsweredBox(yesNo, QApplication::activeWindow());
+  box->setObjectName(QStringLiteral("messageBox"));
+  box->setTextFormat(Qt::PlainText);
+  box->setWindowTitle(titleOf(request.title));
+  box->setText(QString::fromStdString(request.text));
+  box->setIcon(iconOf(request.icon));
+  box->setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No
+                                : QMessageBox::StandardButtons(QMessageBox::Ok));
+  box->setDefaultButton(yesNo ? QMessageBox::Yes : QMessageBox::Ok);
+  const int answer = box->exec();
+  delete box.data();
   if (!yesNo) return MessageAnswer::kOk;
   return answer == QMessageBox::No ? MessageAnswer::kNo : MessageAnswer::kYes;
 }
 
 std::string DesktopDialogs::input(const InputBoxRequest& request) {
   if (!canShowWidgets()) return request.defaultText;
-  QInputDialog dialog(QApplication::activeWindow());
-  dialog.setObjectName(QStringLiteral("inputBox"));
-  dialog.setWindowTitle(titleOf(request.title));
-  dialog.setLabelText(QString::fromStdString(request.prompt));
-  dialog.setTextValue(QString::fromStdString(request.defaultText));
-  return dialog.exec() == QDialog::Accepted ? dialog.textValue().toStdString() : std::string();
+  const QPointer<QInputDialog> dialog = new QInputDialog(QApplication::activeWindow());
+  dialog->setObjectName(QStringLiteral("inputBox"));
+  dialog->setWindowTitle(titleOf(request.title));
+  dialog->setLabelText(QString::fromStdString(request.prompt));
+  dialog->setTextValue(QString::fromStdString(request.defaultText));
+  const bool accepted = dialog->exec() == QDialog::Accepted && !dialog.isNull();
+  const std::string text = accepted ? dialog->textValue().toStdString() : std::string();
+  delete dialog.data();
+  return text;
 }
 
 std::string DesktopDialogs::save(const SaveDialogRequest& request) {
   if (!canShowWidgets()) throw RuntimeError::dialogCancelled();
-  QFileDialog dialog(QApplication::activeWindow(), titleOf(request.title));
-  prepare(dialog, request);
-  while (dialog.exec() == QDialog::Accepted) {
-    const QString path = dialog.selectedFiles().value(0);
+  const QPointer<QFileDialog> dialog = new QFileDialog(QApplication::activeWindow(), titleOf(request.title));
+  const Deleted deleted{dialog};
+  prepare(*dialog, request);
+  while (dialog->exec() == QDialog::Accepted && !dialog.isNull()) {
+    const QString path = dialog->selectedFiles().value(0);
     if (!request.pathMustExist || QFileInfo(path).absoluteDir().exists()) return path.toStdString();
     message({path.toStdString() + "\r\nPath does not exist.", request.title, MessageIcon::kCritical,
              MessageButtons::kOk});
+    if (dialog.isNull()) break;
   }
   throw RuntimeError::dialogCancelled();
 }

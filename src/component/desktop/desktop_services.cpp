@@ -3,15 +3,15 @@
 #include "component/data_folder.h"
 #include "component/desktop/desktop_dialogs.h"
 #include "component/desktop/desktop_process.h"
+#include "component/desktop/desktop_windows.h"
 #include "component/own_application.h"
-#include "component/unavailable_windows.h"
 #include "zeltool/coordinates/standard_coordinate_formatter.h"
 #include "zeltool/geodesy/proj_datum_shift.h"
 #include "zeltool/geodesy/wgs84_geodesy.h"
 #include "zeltool/host_tools/component_version_info.h"
 #include "zeltool/host_tools/host_tool_application.h"
-#include "zeltool/host_tools/link_budget.h"
 #include "zeltool/host_tools/terrain_source_lists.h"
+#include "zeltool/link_budget/link_budget.h"
 #include "zeltool/placement/stored_window_placement.h"
 #include "zeltool/settings_store/ini_settings_store.h"
 
@@ -29,7 +29,8 @@ ToolFactory makeTools(const std::shared_ptr<SettingsStore>& settings) {
   return {
       [settings] { return std::make_unique<HostToolApplication>(settings, helperProgramFolder().string()); },
       [settings] { return std::make_unique<StoredWindowPlacement>(settings); },
-      [] { return std::make_unique<LinkBudget>(); }, [] { return std::make_unique<TerrainSourceLists>(); },
+      [settings] { return std::make_unique<LinkBudget>(settings, canShowWidgets); },
+      [] { return std::make_unique<TerrainSourceLists>(); },
       [] { return std::make_unique<ComponentVersionInfo>(componentVersion()); }};
 }
 
@@ -46,7 +47,7 @@ ComponentServices makeDesktopServices() {
   const std::shared_ptr<IniSettingsStore> store = makeSettingsStore(services.dialogs);
   services.settings = store;
   services.settingsFile = [store](const std::string& title) { return store->fileOf(title).string(); };
-  services.windows = std::make_shared<UnavailableWindows>();
+  services.windows = std::make_shared<DesktopWindows>([]() -> Component& { return Component::instance(); });
   services.tools = makeTools;
   services.ownApplication = makeOwnApplication();
   services.geodesy = std::make_shared<Wgs84Geodesy>();

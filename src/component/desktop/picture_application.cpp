@@ -10,7 +10,9 @@
 namespace zel {
 namespace {
 
-constexpr const char* kScreenless = "_zel_screenlessPictures";  // a property of the application
+// Properties of the application.
+constexpr const char* kScreenless = "_zel_screenlessPictures";
+constexpr const char* kNobodyChose = "_zel_screenlessByDefault";
 
 bool isSet(const char* variable) {
   const char* value = std::getenv(variable);
@@ -52,8 +54,8 @@ bool ensurePictureApplication() {
   if (QCoreApplication::instance() != nullptr)
     return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
   // Where nobody has chosen and there is nothing to show windows on, the toolkit would end the process.
-  if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("QT_QPA_PLATFORM"))
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+  const bool nobodyChose = !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("QT_QPA_PLATFORM");
+  if (nobodyChose) qputenv("QT_QPA_PLATFORM", "offscreen");
   static char name[] = "zelProfiler01";
   static char* arguments[] = {name, nullptr};
   static int count = 1;
@@ -62,6 +64,14 @@ bool ensurePictureApplication() {
   // Never deleted: pictures may be asked for until the end of the process.
   static QApplication* const application = new QApplication(count, arguments);
   application->setProperty(kScreenless, QGuiApplication::platformName() == QLatin1String("offscreen"));
+  application->setProperty(kNobodyChose, nobodyChose);
+  return true;
+}
+
+bool allowWindows() {
+  QCoreApplication* application = QCoreApplication::instance();
+  if (application == nullptr || application->property(kNobodyChose).toBool()) return false;
+  application->setProperty(kScreenless, false);
   return true;
 }
 

@@ -7,6 +7,10 @@ namespace zel {
 // process has an application without graphics, beside which there can be no other.
 bool ensurePictureApplication();
 
+// From now on the application serves windows, too. False when it was made without a screen because there was
+// none; a platform without a screen that somebody has chosen does serve.
+bool allowWindows();
+
 // Whether the process's application was made here, without a screen. Nobody could answer a box in it.
 bool isScreenlessPictureApplication();
 

@@ -52,6 +52,20 @@ std::string HostServices::clientText(std::string_view property) const {
   return zel::clientText(client_, property);
 }
 
+std::string HostServices::optionalClientText(std::string_view property) const {
+  try {
+    return clientText(property);
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+std::string HostServices::versionText() const {
+  std::unique_ptr<VersionInfo> versionInfo;
+  make(versionInfo, factory_.versionInfo, client_);
+  return versionInfo->Query(optionalClientText("ProductName"));
+}
+
 void HostServices::Init() {
   if (setUpDone_) return;
   module_.run(":Init:", [this] {

@@ -37,6 +37,10 @@ class HostServices {
   std::string clientTitle() const;
   std::string clientPath() const;
   std::string clientText(std::string_view property) const;
+  // Empty for a client that does not have it: what is only shown need not be there.
+  std::string optionalClientText(std::string_view property) const;
+  // The component's version as a VersionInfo words it for the client's ProductName.
+  std::string versionText() const;
 
   // The one-time set-up: makes the tool objects and hands each the client. Runs until it has once succeeded.
   void Init();

@@ -295,13 +295,9 @@ inline constexpr Setting kBudgetTxGain{"LinkBudget",
                                        "dBi",
                                        "transmitter antenna gain of the link budget",
                                        SettingRange{-50, 100}};
-inline constexpr Setting kBudgetTxLosses{"LinkBudget",
-                                         "TxLosses",
-                                         SettingType::kReal64,
-                                         "0",
-                                         "dB",
-                                         "transmitter losses of the link budget",
-                                         SettingRange{0, 200}};
+inline constexpr Setting kBudgetTxLosses{
+    "LinkBudget",        "TxLosses", SettingType::kReal64, "0", "dB", "transmitter losses of the link budget",
+    SettingRange{0, 200}};
 inline constexpr Setting kBudgetRxGain{"LinkBudget",
                                        "RxGain",
                                        SettingType::kReal64,
@@ -309,13 +305,9 @@ inline constexpr Setting kBudgetRxGain{"LinkBudget",
                                        "dBi",
                                        "receiver antenna gain of the link budget",
                                        SettingRange{-50, 100}};
-inline constexpr Setting kBudgetRxLosses{"LinkBudget",
-                                         "RxLosses",
-                                         SettingType::kReal64,
-                                         "0",
-                                         "dB",
-                                         "receiver losses of the link budget",
-                                         SettingRange{0, 200}};
+inline constexpr Setting kBudgetRxLosses{
+    "LinkBudget",        "RxLosses", SettingType::kReal64, "0", "dB", "receiver losses of the link budget",
+    SettingRange{0, 200}};
 inline constexpr Setting kBudgetThreshold{"LinkBudget",
                                           "Threshold",
                                           SettingType::kReal64,

@@ -1,0 +1,155 @@
+// Draws the pictures of the documents: the profile window, the settings dialog and the link budget as a host
+// shows them, without a display, each in a file of its own.
+//
+//     screenshots FOLDER
+//
+// The same files come out each time: platform, style, palette, font and scale are fixed, and the settings are
+// the defaults. It needs the font DejaVu Sans. Exit status 0, or 1 with one line on standard error.
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFontDatabase>
+#include <QImage>
+#include <QLocale>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+
+#include "support/temporary_folder.h"
+#include "zel/automation.h"
+#include "zel/profile_control.h"
+
+namespace zel {
+namespace {
+
+constexpr StationProfile_Type kStart{36.40, -84.35, 30};
+constexpr StationProfile_Type kEnd{36.22, -84.12, 30};
+// Shares of the plot's width: the foot of the ridge, its top, and what the pointer reads.
+constexpr double kLeftMarker = 0.18, kRightMarker = 0.36, kPointer = 0.62;
+
+class ScreenshotError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+QWidget& topWindow(const char* name) {
+  for (QWidget* window : QApplication::topLevelWidgets())
+    if (window->objectName() == QLatin1String(name) && window->isVisible()) return *window;
+  throw ScreenshotError(std::string(name) + " is not shown");
+}
+
+template <typename Kind>
+Kind& part(const QWidget& window, const char* name) {
+  auto* found = window.findChild<Kind*>(QLatin1String(name));
+  if (found == nullptr) throw ScreenshotError(std::string(name) + " is not there");
+  return *found;
+}
+
+void handleEvents() {
+  for (int i = 0; i < 5; ++i) QCoreApplication::processEvents();
+}
+
+void save(QWidget& window, const QDir& folder, const char* name) {
+  handleEvents();
+  const QImage picture = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
+  const QString file = folder.filePath(QLatin1String(name));
+  if (!picture.save(file, "PNG", 0)) throw ScreenshotError("cannot write " + file.toStdString());
+}
+
+void shootProfile(ProfileControl& profiler, const QDir& folder) {
+  profiler.ShowMainForm(kStart, kEnd);
+  QWidget& window = topWindow("frmProfile");
+  handleEvents();
+  auto& plot = part<QWidget>(window, "Picture1");
+  const auto at = [&plot](double share) {
+    return QPoint(static_cast<int>(plot.width() * share), plot.height() / 2);
+  };
+  QTest::mouseClick(&plot, Qt::LeftButton, {}, at(kLeftMarker));
+  QTest::mouseClick(&plot, Qt::LeftButton, {}, at(kRightMarker));
+  handleEvents();
+  QTest::mouseMove(&plot, at(kPointer));
+  save(window, folder, "profile-window.png");
+}
+
+void shootLinkBudget(const QDir& folder) {
+  part<QAction>(topWindow("frmProfile"), "mnuProfileLinkBudget").trigger();
+  QWidget& window = topWindow("frmLinkBudget");
+  save(window, folder, "link-budget.png");
+  window.close();
+}
+
+// The dialog has an event loop of its own.
+void shootSettings(ProfileControl& profiler, const QDir& folder) {
+  std::string failure = "the settings dialog is not shown";
+  QTimer::singleShot(0, qApp, [&] {
+    try {
+      QWidget& dialog = topWindow("frmOptionsProfile");
+      save(dialog, folder, "settings-dialog.png");
+      failure.clear();
+      dialog.close();
+    } catch (const ScreenshotError& error) {
+      failure = error.what();
+      if (QWidget* open = QApplication::activeModalWidget()) open->close();
+    }
+  });
+  profiler.ShowOptionsForm();
+  if (!failure.empty()) throw ScreenshotError(failure);
+}
+
+void shootAll(const QDir& folder) {
+  const QString family = QStringLiteral("DejaVu Sans");
+  if (!QFontDatabase::families().contains(family))
+    throw ScreenshotError("the font DejaVu Sans is missing (package fonts-dejavu-core)");
+  if (!folder.exists()) throw ScreenshotError("there is no folder " + folder.path().toStdString());
+  QFont font(family, 9);
+  font.setStyleStrategy(QFont::NoSubpixelAntialias);
+  QApplication::setFont(font);
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setPalette(QApplication::style()->standardPalette());
+  QApplication::setCursorFlashTime(0);
+  const test::TemporaryFolder logs;
+  ProfileControl profiler;
+  profiler.SetClientApp(makePropertyBag({{"Title", "Terrain Profiler"}, {"Path", logs.path().string()}}));
+  shootProfile(profiler, folder);
+  shootLinkBudget(folder);
+  shootSettings(profiler, folder);
+  profiler.UnloadMainForm();
+}
+
+}  // namespace
+}  // namespace zel
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fputs("usage: screenshots FOLDER\n", stderr);
+    return 2;
+  }
+  // Settings of nobody's, and nothing of the desktop that this runs on.
+  const zel::test::TemporaryFolder home;
+  qputenv("XDG_CONFIG_HOME", home.path().c_str());
+  qputenv("XDG_RUNTIME_DIR", home.path().c_str());
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_SCALE_FACTOR", "1");
+  qputenv("QT_FONT_DPI", "96");
+  for (const char* variable : {"QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "QT_SCREEN_SCALE_FACTORS"})
+    qunsetenv(variable);
+  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+    // What the platform lacks is no matter here.
+    if (type != QtDebugMsg && !text.startsWith(QLatin1String("This plugin does not support")))
+      std::fprintf(stderr, "screenshots: %s\n", qUtf8Printable(text));
+  });
+  try {
+    const QApplication application(argc, argv);
+    QLocale::setDefault(QLocale::c());
+    zel::shootAll(QDir(QString::fromLocal8Bit(argv[1])));
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "screenshots: %s\n", error.what());
+    return 1;
+  }
+  return 0;
+}

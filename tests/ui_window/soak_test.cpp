@@ -1,0 +1,461 @@
+// Random actions of a person and of a host on the windows, for as many steps as ZEL_SOAK_ACTIONS says (1,000
+// without it), from a seed that is logged and can be given as ZEL_SOAK_SEED. Nothing may fail, nothing may
+// trap, and memory may not grow.
+//
+// The same seed gives the same run: the typing timers are held back, except in the actions that wait for
+// them.
+#include <malloc.h>
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <vector>
+
+#include "window_fixture.h"
+
+namespace zel {
+namespace {
+
+constexpr std::size_t kMostForms = 3;
+constexpr int kMostWindowsOfTime = 400;  // one action in so many lets the timers run
+
+int numberFromEnvironment(const char* name, int otherwise) {
+  const char* text = std::getenv(name);
+  return text == nullptr || *text == '\0' ? otherwise : std::atoi(text);
+}
+
+// Keeps the typing timers from running out by the machine's speed.
+class HeldTimers final : public QObject {
+ public:
+  bool held = true;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    return held && event->type() == QEvent::Timer && watched->objectName().startsWith(QLatin1String("Timer"));
+  }
+};
+
+class SoakTest : public test::WindowTest {
+ protected:
+  void SetUp() override {
+    WindowTest::SetUp();
+    qApp->installEventFilter(&heldTimers_);
+    // The dialogs that come up, in loops of their own, are worked from there.
+    watcher_.setInterval(1);
+    watcher_.callOnTimeout([this] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr || working_) return;
+      working_ = true;
+      workDialog(*dialog);
+      working_ = false;
+    });
+    watcher_.start();
+  }
+  void TearDown() override {
+    forms_.clear();
+    QApplication::setPalette(QPalette());
+    WindowTest::TearDown();
+  }
+
+  int upTo(int last) { return std::uniform_int_distribution<int>(0, last)(random_); }
+  bool oneIn(int many) { return upTo(many - 1) == 0; }
+  template <typename List>
+  auto& oneOf(List& list) {
+    return *std::next(std::begin(list), upTo(static_cast<int>(std::size(list)) - 1));
+  }
+  QPoint somewhereIn(const QWidget& widget) {
+    const int x = upTo(std::max(0, widget.width() - 1));
+    return {x, upTo(std::max(0, widget.height() - 1))};
+  }
+
+  QWidget* someControl(QWidget& parent) {
+    QList<QWidget*> controls;
+    for (QWidget* child : parent.findChildren<QWidget*>())
+      if (child->isVisible() && child->isEnabled() && qobject_cast<QMenu*>(child) == nullptr &&
+          child->objectName() != QLatin1String("cmdExit"))
+        controls.append(child);
+    return controls.isEmpty() ? nullptr : oneOf(controls);
+  }
+
+  // ---- A person's hands ----
+
+  void typeInto(QWidget& widget) {
+    static const char* const texts[] = {"1",     "0",     "900", "20", "5",  ".",     "-",      "abc",  "1.5",
+                                        "1e999", "99999", "3,5", "-7", "  ", "1.333", "0.0001", "2400", "60"};
+    QTest::keyClicks(&widget, QLatin1String(oneOf(texts)));
+  }
+
+  void key(QWidget& widget) {
+    static const Qt::Key keys[] = {Qt::Key_Left,   Qt::Key_Right,   Qt::Key_Home,     Qt::Key_End,
+                                   Qt::Key_Return, Qt::Key_Up,      Qt::Key_Down,     Qt::Key_Delete,
+                                   Qt::Key_Tab,    Qt::Key_Backtab, Qt::Key_Space,    Qt::Key_Enter,
+                                   Qt::Key_PageUp, Qt::Key_Escape,  Qt::Key_Backspace};
+    static const Qt::KeyboardModifiers modifiers[] = {Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier};
+    const Qt::Key pressed = oneOf(keys);
+    QTest::keyClick(&widget, pressed, oneOf(modifiers));
+  }
+
+  // To the control that has the keyboard, as a desktop sends it.
+  void shortcut(QWidget& window) {
+    static const Qt::Key letters[] = {Qt::Key_E, Qt::Key_L, Qt::Key_Comma, Qt::Key_Z, Qt::Key_V, Qt::Key_A};
+    QWidget* target = window.focusWidget() == nullptr ? &window : window.focusWidget();
+    if (oneIn(2)) {
+      QTest::keyClick(target, oneOf(letters), Qt::ControlModifier);
+    } else {
+      // Mnemonics: of controls and of menus.
+      QTest::keyClick(target, static_cast<Qt::Key>(Qt::Key_A + upTo(25)), Qt::AltModifier);
+    }
+  }
+
+  // Through a menu that is open, and out of it, by keys or by a click.
+  void workPopups() {
+    for (int i = 0; i < 20; ++i) {
+      QWidget* popup = QApplication::activePopupWidget();
+      if (popup == nullptr) return;
+      static const Qt::Key ways[] = {Qt::Key_Down,  Qt::Key_Down, Qt::Key_Up,
+                                     Qt::Key_Right, Qt::Key_Left, Qt::Key_Return};
+      if (i < 8 && !oneIn(6)) {
+        QTest::keyClick(popup, oneOf(ways));
+      } else {
+        QTest::keyClick(popup, Qt::Key_Escape);
+      }
+    }
+    while (QWidget* popup = QApplication::activePopupWidget()) popup->close();
+  }
+
+  void contextMenu(QWidget& widget) {
+    const QPoint at = somewhereIn(widget);
+    QContextMenuEvent event(oneIn(2) ? QContextMenuEvent::Mouse : QContextMenuEvent::Keyboard, at,
+                            widget.mapToGlobal(at));
+    QCoreApplication::sendEvent(&widget, &event);
+    workPopups();
+  }
+
+  void workControl(QWidget& control) {
+    if (oneIn(12)) {
+      contextMenu(control);
+    } else if (qobject_cast<QLineEdit*>(&control) != nullptr) {
+      control.setFocus();
+      if (oneIn(2)) static_cast<QLineEdit&>(control).selectAll();
+      typeInto(control);
+      if (oneIn(3)) key(control);
+    } else if (auto* menus = qobject_cast<QMenuBar*>(&control)) {
+      const QList<QAction*> all = menus->actions();
+      QTest::mouseClick(menus, Qt::LeftButton, {},
+                        menus->actionGeometry(all.at(upTo(static_cast<int>(all.size()) - 1))).center());
+      workPopups();
+    } else if (oneIn(3)) {
+      key(control);
+    } else {
+      QTest::mouseClick(&control, Qt::LeftButton, {}, somewhereIn(control));
+    }
+  }
+
+  // A dialog is worked for some steps and then left by one of its ways.
+  void workDialog(QDialog& dialog) {
+    const QPointer<QDialog> open(&dialog);
+    const auto isOpen = [&open] { return !open.isNull() && open->isVisible(); };
+    for (int i = upTo(12); i > 0 && isOpen(); --i) {
+      QWidget* child = someControl(dialog);
+      if (child == nullptr) break;
+      if (oneIn(8)) {
+        shortcut(dialog);
+      } else if (qobject_cast<QPushButton*>(child) == nullptr) {
+        workControl(*child);
+      } else {
+        key(*child);
+      }
+      workPopups();
+      if (oneIn(30)) control_.UnloadMainForm();
+      if (oneIn(30) && isOpen()) control_.ShowMainForm(test::kRidgeStart, test::kRidgeEnd);
+    }
+    if (!isOpen()) return;
+    const int way = upTo(3);
+    if (way == 0) QTest::keyClick(&dialog, Qt::Key_Escape);
+    if (way == 1) QTest::keyClick(&dialog, Qt::Key_Return);
+    if (auto* ok = dialog.findChild<QPushButton*>(QStringLiteral("cmdOK")); way == 2 && ok != nullptr)
+      ok->click();
+    // A refused entry keeps it open.
+    if (isOpen()) dialog.reject();
+  }
+
+  // ---- A host's calls ----
+
+  void workForm() {
+    if (forms_.size() < kMostForms && (forms_.empty() || oneIn(3))) {
+      forms_.push_back(control_.get_PForm());
+      return;
+    }
+    const auto at = static_cast<std::size_t>(upTo(static_cast<int>(forms_.size()) - 1));
+    const DispatchPtr form = forms_[at];
+    static const char* const methods[] = {"Show",
+                                          "Show",
+                                          "Hide",
+                                          "Unload",
+                                          "drawLine",
+                                          "DoPreCalc",
+                                          "MinMaxAv",
+                                          "ValidateInfo",
+                                          "InitFromRegistry",
+                                          "LoadFormSettings",
+                                          "SetDistanceLabels",
+                                          "UpdateModeledLoss",
+                                          "mnuProfileExpand_Click",
+                                          "cmdClear1_Click"};
+    switch (upTo(5)) {
+      case 0:
+        forms_.erase(forms_.begin() + static_cast<std::ptrdiff_t>(at));
+        break;
+      case 1:
+        form->get("tbxFreq").toObject()->let("Text", std::to_string(upTo(3000)));
+        form->get("tbxAnt2AGL").toObject()->let("Text", std::to_string(upTo(3000) - 100));
+        break;
+      case 2: {
+        form->let("Caption", "form of the soak");
+        for (QWidget* widget : QApplication::topLevelWidgets())
+          if (widget->isVisible() && widget->windowTitle() == QLatin1String("form of the soak"))
+            if (QWidget* child = someControl(*widget); child != nullptr) {
+              workControl(*child);
+              break;
+            }
+        if (forms_.size() > at && forms_[at] == form) form->let("Caption", "Terrain Profile");
+        break;
+      }
+      case 3:
+        form->let("Contour", oneIn(2));
+        form->let("Width", upTo(20000));
+        break;
+      default:
+        form->call(oneOf(methods));
+    }
+  }
+
+  void changeSettings() {
+    static const std::pair<const char*, const char*> numbers[] = {{"Prf_Ele", "Profile"},
+                                                                  {"Prf_Rng", "Profile"},
+                                                                  {"Prf_Frez", "Profile"},
+                                                                  {"cStrobe", "Colors"},
+                                                                  {"cLRMarker", "Colors"}};
+    const auto& [key, section] = oneOf(numbers);
+    set(section, key, std::to_string(upTo(20)));
+    set("Settings", "DispUnits", std::to_string(upTo(1)));
+  }
+
+  void changeDesktop() {
+    switch (upTo(3)) {
+      case 0:
+        QApplication::setFont(QFont(pinnedFamily(), 6 + upTo(12)));
+        break;
+      case 1:
+        QApplication::setPalette(QPalette(oneIn(2) ? Qt::black : Qt::lightGray));
+        break;
+      case 2:
+        QLocale::setDefault(oneIn(2) ? QLocale(QLocale::German) : QLocale::c());
+        break;
+      default:
+        control_.let_StaDatum(upTo(1));
+    }
+  }
+
+  void hostActs() {
+    switch (upTo(9)) {
+      case 0:
+        control_.UnloadMainForm();
+        break;
+      case 1:
+        control_.ShowOptionsForm();
+        break;
+      case 2:
+        control_.GetPathLoss(test::kRidgeEnd, test::kRidgeStart);
+        break;
+      case 3:
+      case 4:
+      case 5:
+        workForm();
+        break;
+      case 6:
+        changeSettings();
+        break;
+      case 7:
+        changeDesktop();
+        break;
+      case 8:
+        // Too short, or outside of the data: a box, and no window.
+        control_.ShowMainForm(test::kRidgeStart,
+                              oneIn(2) ? test::kRidgeStart : StationProfile_Type{40.0, -84.3, 30.0F});
+        break;
+      default:
+        openSomePath();
+    }
+  }
+
+  void openSomePath() {
+    const auto off = [this] { return upTo(1000) / 10000.0; };
+    // The model refuses antennas on the ground.
+    const auto height = [this] { return oneIn(10) ? -1.0F : static_cast<float>(1 + upTo(100)); };
+    const StationProfile_Type start{36.30 + off(), -84.40 + off(), height()};
+    const StationProfile_Type end{36.15 + off(), -84.20 + off(), height()};
+    control_.ShowMainForm(start, end);
+  }
+
+  void letTimersRun() {
+    heldTimers_.held = false;
+    QTest::qWait(800);
+    heldTimers_.held = true;
+  }
+
+  void closeLinkBudget() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (!widget->isVisible() || widget->objectName() != QLatin1String("frmLinkBudget")) continue;
+      for (int i = upTo(4); i > 0; --i)
+        if (QWidget* child = someControl(*widget);
+            child != nullptr && qobject_cast<QPushButton*>(child) == nullptr)
+          workControl(*child);
+      widget->close();
+    }
+  }
+
+  // The guide would open in a browser.
+  static void doWithoutHelp() {
+    for (QWidget* widget : QApplication::topLevelWidgets())
+      if (auto* guide = widget->findChild<QAction*>(QStringLiteral("mnuHelpGuide"))) guide->setEnabled(false);
+  }
+
+  // ---- One action ----
+
+  void act() {
+    if (window() == nullptr || window()->isUnloaded()) {
+      openSomePath();
+      return;
+    }
+    doWithoutHelp();
+    dialogs_->answer = oneIn(2) ? MessageAnswer::kYes : MessageAnswer::kNo;
+    if (oneIn(kMostWindowsOfTime)) return letTimersRun();
+    PictureBox& picture = window()->picture();
+    switch (upTo(23)) {
+      case 0:
+      case 1:
+      case 2: {
+        static const Qt::MouseButton buttons[] = {Qt::LeftButton, Qt::LeftButton, Qt::RightButton,
+                                                  Qt::MiddleButton};
+        QTest::mouseClick(&picture, oneOf(buttons), {}, somewhereIn(picture));
+        break;
+      }
+      case 3:
+      case 4:
+        moveOver(somewhereIn(picture));
+        break;
+      case 5:
+      case 6:
+        key(picture);
+        break;
+      case 7:
+      case 8:
+      case 9:
+      case 10:
+        if (QWidget* child = someControl(*window()); child != nullptr) workControl(*child);
+        break;
+      case 11:
+        window()->resize(300 + upTo(1200), 200 + upTo(900));
+        break;
+      case 12:
+        control<QSlider>("Slider1").setValue(upTo(500));
+        break;
+      case 13:
+        item("mnuProfileExpand").trigger();
+        break;
+      case 14:
+        if (oneIn(4)) item("mnuProfileOptions").trigger();
+        break;
+      case 15:
+        oneIn(2) ? window()->showMaximized() : window()->showNormal();
+        break;
+      case 16:
+        if (oneIn(3)) item("mnuProfileLinkBudget").trigger();
+        closeLinkBudget();
+        break;
+      case 17:
+        QTest::mouseDClick(&picture, Qt::LeftButton, {}, somewhereIn(picture));
+        break;
+      case 18:
+        window()->Timer1_Timer();
+        break;
+      case 19:
+        if (oneIn(6)) window()->cmdExit_Click();
+        break;
+      case 20:
+      case 21:
+        shortcut(*window());
+        workPopups();
+        break;
+      default:
+        hostActs();
+    }
+  }
+
+  void expectNothingWrong(int action) {
+    ASSERT_EQ(QApplication::activeModalWidget(), nullptr) << "after action " << action;
+    ASSERT_EQ(QApplication::activePopupWidget(), nullptr) << "after action " << action;
+    ASSERT_EQ(logged(), "") << "after action " << action;
+    for (const MessageBoxRequest& message : dialogs_->messages)
+      ASSERT_EQ(message.text.find("Attempt to Continue?"), std::string::npos)
+          << "after action " << action << ": " << message.text;
+    dialogs_->messages.clear();
+    const bool stands = window() != nullptr && !window()->isUnloaded();
+    ASSERT_EQ(control_.get_PFrmLoaded(), stands) << "after action " << action;
+    ASSERT_EQ(control_.get_hWnd() != 0, stands) << "after action " << action;
+    ASSERT_FALSE(control_.get_OFrmLoaded()) << "after action " << action;
+    ASSERT_EQ(QApplication::overrideCursor(), nullptr) << "after action " << action;
+    ASSERT_FALSE(stands && window()->state().flags.drawing) << "after action " << action;
+  }
+
+  // With no window left.
+  std::size_t heapInUse() {
+    forms_.clear();
+    control_.UnloadMainForm();
+    closeLinkBudget();
+    settle();
+    return mallinfo2().uordblks;
+  }
+
+  std::mt19937 random_;
+  std::vector<DispatchPtr> forms_;
+  HeldTimers heldTimers_;
+  QTimer watcher_;
+  bool working_ = false;
+};
+
+TEST_F(SoakTest, SurvivesRandomActionsWithoutTrapsOrGrowth) {
+  const int actions = numberFromEnvironment("ZEL_SOAK_ACTIONS", 1000);
+  const auto seed = static_cast<unsigned>(numberFromEnvironment("ZEL_SOAK_SEED", 20261121));
+  std::printf("ZEL_SOAK_SEED=%u ZEL_SOAK_ACTIONS=%d\n", seed, actions);
+  RecordProperty("seed", static_cast<int>(seed));
+  SCOPED_TRACE("ZEL_SOAK_SEED=" + std::to_string(seed));
+  random_.seed(seed);
+
+  std::size_t early = 0;
+  for (int i = 0; i < actions; ++i) {
+    act();
+    if (oneIn(5)) settle();
+    ASSERT_NO_FATAL_FAILURE(expectNothingWrong(i));
+    if (i == actions / 2) early = heapInUse();
+  }
+  const std::size_t late = heapInUse();
+#if !defined(__SANITIZE_ADDRESS__) && !(defined(__has_feature))
+  EXPECT_LT(late, early + std::size_t{8} * 1024 * 1024) << "bytes in use, against the half way";
+#else
+  static_cast<void>(late - early);  // the leak checker's business
+#endif
+}
+
+}  // namespace
+}  // namespace zel
