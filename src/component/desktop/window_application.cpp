@@ -66,31 +66,49 @@ bool waylandAnswers() {
   return answers;
 }
 
-// The plugin is a package of its own; without it the toolkit ends the process, too.
-bool speaksWayland() {
+// Whether there is a plugin of such a name; without one the toolkit ends the process, too.
+bool hasPlatform(const QString& pattern) {
   QStringList folders = QCoreApplication::libraryPaths();
   for (QString& folder : folders) folder += QLatin1String("/platforms");
   folders += qEnvironmentVariable("QT_QPA_PLATFORM_PLUGIN_PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
-  return std::any_of(folders.begin(), folders.end(), [](const QString& folder) {
-    return !QDir(folder).entryList({QStringLiteral("libqwayland*.so")}, QDir::Files).isEmpty();
+  return std::any_of(folders.begin(), folders.end(), [&pattern](const QString& folder) {
+    return !QDir(folder).entryList({QStringLiteral("libq%1.so").arg(pattern)}, QDir::Files).isEmpty();
+  });
+}
+
+bool isXcb(const QString& platform) { return platform.startsWith(QLatin1String("xcb")); }
+bool isWayland(const QString& platform) { return platform.startsWith(QLatin1String("wayland")); }
+
+// Whether one of the platforms, tried in their order as the toolkit does, can be had.
+bool somePlatformServes(const QStringList& platforms) {
+  return std::any_of(platforms.begin(), platforms.end(), [](const QString& platform) {
+    if (isXcb(platform)) return hasPlatform(QStringLiteral("xcb")) && xServerAnswers();
+    if (isWayland(platform)) return hasPlatform(QStringLiteral("wayland*")) && waylandAnswers();
+    // A platform that somebody has chosen is theirs to answer for, such as one without a screen.
+    return hasPlatform(platform.section(QLatin1Char(':'), 0, 0));
   });
 }
 
 void checkDisplay() {
-  const std::string platform = environment("QT_QPA_PLATFORM");
-  const bool x = platform.empty() || platform.rfind("xcb", 0) == 0;
-  // A platform that somebody has chosen is theirs to answer for, such as one without a screen.
-  if (!x && platform.rfind("wayland", 0) != 0) return;
-  if (x && xServerAnswers()) return;
-  if ((platform.empty() || !x) && waylandAnswers()) {
-    if (speaksWayland()) return;
+  const QStringList chosen =
+      qEnvironmentVariable("QT_QPA_PLATFORM").split(QLatin1Char(';'), Qt::SkipEmptyParts);
+  const QStringList platforms =
+      chosen.isEmpty() ? QStringList{QStringLiteral("xcb"), QStringLiteral("wayland")} : chosen;
+  if (somePlatformServes(platforms)) return;
+  const std::string choice =
+      chosen.isEmpty() ? std::string() : ", QT_QPA_PLATFORM is \"" + environment("QT_QPA_PLATFORM") + "\"";
+  const bool wayland = std::any_of(platforms.begin(), platforms.end(), isWayland) && waylandAnswers();
+  if (wayland && !hasPlatform(QStringLiteral("wayland*")))
     refuse(
-        "the display speaks Wayland, and the toolkit's plugin for it is not installed (package qt6-wayland)");
-  }
+        "the display speaks Wayland, and the toolkit's plugin for it is not installed (package qt6-wayland)" +
+        choice);
+  if (std::none_of(platforms.begin(), platforms.end(),
+                   [](const QString& name) { return isXcb(name) || isWayland(name); }))
+    refuse("the toolkit has no such platform" + choice);
   if (environment("DISPLAY").empty() && environment("WAYLAND_DISPLAY").empty())
-    refuse("there is no display (neither DISPLAY nor WAYLAND_DISPLAY is set)");
+    refuse("there is no display (neither DISPLAY nor WAYLAND_DISPLAY is set)" + choice);
   refuse("the display does not answer (DISPLAY is \"" + environment("DISPLAY") + "\", WAYLAND_DISPLAY is \"" +
-         environment("WAYLAND_DISPLAY") + "\")");
+         environment("WAYLAND_DISPLAY") + "\")" + choice);
 }
 
 // "libQt5Core.so.5" out of a path, where the file is the core library of the toolkit.

@@ -240,6 +240,11 @@ bool FrmProfile::firstShow(const std::optional<Place>& place) {
         restorePlacement(*this, kName, *services_.host->windowPlacement());
     });
   }
+  if (unloaded_) return false;
+  if (services_.shared) {
+    const auto handle = static_cast<std::int32_t>(static_cast<std::uint32_t>(winId()));
+    module_->profileWindowHandle = handle != 0 ? handle : 1;
+  }
   opened_ = true;
   Form_Resize();
   if (unloaded_ || module_->bProfileFailed) {
@@ -286,8 +291,9 @@ void FrmProfile::Form_Load() {
     state_.flags.loading = true;
     if (services_.shared) {
       module_->profileWindowLoaded = true;
-      const auto handle = static_cast<std::int32_t>(static_cast<std::uint32_t>(winId()));
-      module_->profileWindowHandle = handle != 0 ? handle : 1;  // 0 stands for no window
+      // A native window that is made before the widget has its place comes up higher by its frame each time,
+      // so the real handle follows in firstShow. 0 stands for no window.
+      module_->profileWindowHandle = 1;
     }
     if (!services_.shared) {
       module_->optionButtonVisible = services_.module->optionButtonVisible;

@@ -112,6 +112,7 @@ void FrmProfile::showInputs() {
   write(*panel_->tbxAnt1AGL, antennaHeightText(state_.inputs.antennaHeights[0], state_.inputs.units.height));
   write(*panel_->tbxAnt2AGL, antennaHeightText(state_.inputs.antennaHeights[1], state_.inputs.units.height));
   write(*panel_->tbxFreq, frequencyText(state_.inputs.frequency));
+  panel_->tbxFreq->setCursorPosition(0);  // a long number is read from its first digit
   showWavelength();
   selectCurve(state_.inputs.curve);
   showFresnel();
@@ -324,6 +325,7 @@ void FrmProfile::tbxFreq_Validate() {
     if (!typed.hasValue()) return;
     if (typed.state == TypedState::kClamped) write(*panel_->tbxFreq, typed.text);
     panel_->tbxFreq->setModified(false);
+    panel_->tbxFreq->setCursorPosition(0);
     // The box may show fewer digits than the frequency has.
     if (frequencyText(state_.inputs.frequency) == frequencyText(typed.value)) return;
     state_.inputs.frequency = typed.value;
