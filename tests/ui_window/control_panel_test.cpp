@@ -365,7 +365,7 @@ TEST_F(ControlPanelTest, MnemonicsReachTheirInputs) {
                                                        {Qt::Key_S, panel().tbxAnt1AGL},
                                                        {Qt::Key_U, panel().optCurve[1]},
                                                        {Qt::Key_F, panel().optFresnel[0]},
-                                                       {Qt::Key_Q, panel().tbxFreq}};
+                                                       {Qt::Key_R, panel().tbxFreq}};
   for (const auto& [key, input] : keys) {
     QTest::keyClick(panel().window(), key, Qt::AltModifier);
     EXPECT_EQ(QApplication::focusWidget(), input) << nameOf(input);

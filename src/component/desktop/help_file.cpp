@@ -23,7 +23,9 @@ void openHelp(Component& component) {
     if (!std::filesystem::is_regular_file(address.toLocalFile().toStdString(), error))
       throw RuntimeError(53, "File not found: " + file);
   }
-  if (!QDesktopServices::openUrl(address)) throw RuntimeError::actionNotSupported();
+  if (!QDesktopServices::openUrl(address))
+    throw RuntimeError(RuntimeError::actionNotSupported().number(),
+                       "The desktop has no program to open the guide; it is " + file);
 }
 
 }  // namespace zel

@@ -332,7 +332,7 @@ QGroupBox* ControlPanel::fresnel() {
 }
 
 QGroupBox* ControlPanel::frequency() {
-  QGroupBox* group = frame("fraFreq", tr("Fre&q"), tr("Frequency"));
+  QGroupBox* group = frame("fraFreq", tr("F&req"), tr("Frequency"));
   auto* line = row(kBesideText);
   rowsIn(group)->addLayout(line);
   line->addWidget(tbxFreq);
