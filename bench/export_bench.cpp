@@ -1,0 +1,142 @@
+// The exports without the disk: each part of the signal profile apart, and all of it. The argument is the
+// number of samples from station to station; the growth with it is the point.
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+
+#include "export/height_profile.h"
+#include "export/loss_table.h"
+#include "export/path_models.h"
+#include "export/signal_profile.h"
+#include "profile/calculation/earth_curvature.h"
+#include "profile/calculation/fresnel_line.h"
+#include "profile/calculation/height_statistics.h"
+#include "support/scripted_terrain.h"
+
+namespace zel {
+namespace {
+
+constexpr float kFrequency = 950;  // MHz
+constexpr SignalRequest kRequest{1, 3, 2};
+
+float hill(std::int32_t sample, std::int32_t samples) {
+  const double along = static_cast<double>(sample) / samples;
+  return static_cast<float>(400 + 150 * std::sin(along * 40) + 20 * std::sin(along * 400));
+}
+
+// 50 km of hills with as many samples from station to station as asked for.
+ExportProfile hillyProfile(std::int64_t samples) {
+  const test::PlaneGeodesy plane;
+  ProfileViewState state;
+  state.inputs.start = {36.5, -84.5};
+  state.inputs.end = {36.9, -84.2};
+  state.path = computePathGeometry(plane, state.inputs.start, state.inputs.end, 1000,
+                                   static_cast<std::int16_t>(samples - 1));
+  state.inputs.antennaHeights = {30, 10};
+  state.inputs.k = 1.33333F;
+  state.inputs.frequency = kFrequency;
+  state.inputs.fresnelFraction = 0.6F;
+  state.inputs.units = unitsFor(Init_GUC(), 1);
+  const std::int32_t all = state.path.samples;
+  state.elevation = SampleArray<float>(static_cast<std::size_t>(all));
+  for (std::int32_t i = 1; i <= all; ++i) state.elevation[i] = hill(i, all);
+  state.curve = curvatureRise(state.inputs.k, all, state.path.extendedLength);
+  state.lineOfSight = lineOfSight(state.path, state.elevation, state.curve, state.inputs.antennaHeights);
+  state.wavelength = wavelengthOf(kFrequency);
+  state.fresnel = fresnelLine(state.path, state.lineOfSight, state.wavelength, state.inputs.fresnelFraction);
+  state.statistics = heightStatistics(state.path, state.elevation, state.curve);
+  state.model = ModelParameters{0, 5, 15, 0.005, 301, 0, 0};
+  state.flags.resample = false;
+  return exportProfile(state, plane, "NAD-83", {});
+}
+
+PathStretch wholePath(const ExportProfile& profile) {
+  return pathStretch(profile.state, exportedSamples(profile.state));
+}
+
+void countSamples(benchmark::State& state) { state.SetItemsProcessed(state.iterations() * state.range(0)); }
+
+std::size_t samplesOf(const benchmark::State& state) { return static_cast<std::size_t>(state.range(0)); }
+
+void BM_ModelColumn(benchmark::State& state) {
+  const ExportProfile profile = hillyProfile(state.range(0));
+  for ([[maybe_unused]] auto _ : state) {
+    LongleyRiceAlongPath model(wholePath(profile), *profile.state.model);
+    double sum = 0;
+    for (std::size_t n = 2; n <= samplesOf(state); ++n) sum += model.lossOver(n);
+    benchmark::DoNotOptimize(sum);
+  }
+  countSamples(state);
+}
+
+void BM_PointToPointColumn(benchmark::State& state) {
+  const ExportProfile profile = hillyProfile(state.range(0));
+  for ([[maybe_unused]] auto _ : state) {
+    PointToPointAlongPath model(wholePath(profile), {});
+    double sum = 0;
+    for (std::size_t n = 2; n <= samplesOf(state); ++n) sum += model.lossesOver(n)->diffraction;
+    benchmark::DoNotOptimize(sum);
+  }
+  countSamples(state);
+}
+
+void BM_SignalProfile(benchmark::State& state) {
+  const ExportProfile profile = hillyProfile(state.range(0));
+  for ([[maybe_unused]] auto _ : state) {
+    std::size_t bytes = 0;
+    const auto count = [&bytes](std::string_view text) { bytes += text.size(); };
+    writeSignalProfile(profile, kRequest, {}, count, [](std::int32_t, std::int32_t) {});
+    writeTerrainBlock(profile, count);
+    benchmark::DoNotOptimize(bytes);
+  }
+  countSamples(state);
+}
+
+void BM_HeightProfile(benchmark::State& state) {
+  const ExportProfile profile = hillyProfile(state.range(0));
+  for ([[maybe_unused]] auto _ : state) {
+    std::size_t bytes = 0;
+    writeHeightProfile(profile, [&bytes](std::string_view line) { bytes += line.size(); });
+    benchmark::DoNotOptimize(bytes);
+  }
+  countSamples(state);
+}
+
+void BM_LossTableNumbers(benchmark::State& state) {
+  const ExportProfile profile = hillyProfile(state.range(0));
+  const NormalTable deviates = InitNormalDist();
+  for ([[maybe_unused]] auto _ : state) {
+    const LossTable table = lossTable(profile.state, deviates);
+    benchmark::DoNotOptimize(table.at(50, 50));
+  }
+}
+
+void BM_LossTableFile(benchmark::State& state) {
+  const ExportProfile profile = hillyProfile(state.range(0));
+  const NormalTable deviates = InitNormalDist();
+  for ([[maybe_unused]] auto _ : state) {
+    std::size_t bytes = 0;
+    writeLossTable(profile, deviates, [&bytes](std::string_view line) { bytes += line.size(); });
+    benchmark::DoNotOptimize(bytes);
+  }
+}
+
+constexpr std::int64_t kFewest = 250, kMost = 5000;
+
+void sizes(benchmark::internal::Benchmark* cases) {
+  for (const std::int64_t samples :
+       {kFewest, std::int64_t{500}, std::int64_t{1000}, std::int64_t{2500}, kMost})
+    cases->Arg(samples);
+  cases->Unit(benchmark::kMicrosecond);
+}
+
+BENCHMARK(BM_ModelColumn)->Apply(sizes);
+BENCHMARK(BM_PointToPointColumn)->Apply(sizes);
+BENCHMARK(BM_SignalProfile)->Apply(sizes);
+BENCHMARK(BM_HeightProfile)->Apply(sizes);
+BENCHMARK(BM_LossTableNumbers)->Apply(sizes);
+BENCHMARK(BM_LossTableFile)->Apply(sizes);
+
+}  // namespace
+}  // namespace zel

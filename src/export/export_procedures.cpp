@@ -1,0 +1,182 @@
+#include "export/export_procedures.h"
+
+#include <utility>
+
+#include "component/services/characters.h"
+#include "export/height_profile.h"
+#include "export/loss_table.h"
+#include "export/path_models.h"
+#include "export/signal_profile.h"
+#include "export/text_file.h"
+#include "foundation/leading_number.h"
+#include "profile/path_loss/modeled_loss.h"
+
+namespace zel {
+namespace {
+
+constexpr std::size_t kShortestName = 5;  // characters; a cancelled dialog gives none
+constexpr std::int32_t kFewestSignalSamples = 10;
+constexpr std::string_view kTerrainFileEnd = ".terrain.txt";
+
+// Thrown between two samples, and no failure.
+struct ExportCancelled {};
+
+void writeWhatThereIs(const TextFile& file) noexcept {
+  try {
+    file.write();
+  } catch (...) {
+    return;  // the failure before is the one that is told
+  }
+}
+
+// Writes what `fill` puts into the file, also the part of it before a failure, but not when it is cancelled.
+template <typename Fill>
+void writeFile(const std::string& path, const Fill& fill) {
+  TextFile file(path);
+  try {
+    fill(file);
+  } catch (const ExportCancelled&) {
+    throw;
+  } catch (...) {
+    writeWhatThereIs(file);
+    throw;
+  }
+  file.write();
+}
+
+LineSink linesInto(TextFile& file) {
+  return [&file](std::string_view line) { file.line(line); };
+}
+
+}  // namespace
+
+// The pointer's shape while an export runs, taken back on every way out.
+class ExportProcedures::Hourglass {
+ public:
+  explicit Hourglass(Pointer& pointer) : pointer_(pointer) { pointer_.set(PointerShape::kHourglass); }
+  ~Hourglass() {
+    try {
+      pointer_.set(PointerShape::kDefault);
+    } catch (...) {
+      // A pointer that cannot be set back is no reason to lose an export, or the failure that ended it.
+      return;
+    }
+  }
+  Hourglass(const Hourglass&) = delete;
+  Hourglass& operator=(const Hourglass&) = delete;
+
+ private:
+  Pointer& pointer_;
+};
+
+ExportProcedures::ExportProcedures(Services services, SettingsReader settings, const ProfileViewState& state)
+    : services_(std::move(services)), settings_(std::move(settings)), state_(state) {}
+
+bool ExportProcedures::isExportable(const std::string& outfile) const {
+  return characterCount(outfile) >= kShortestName && zel::isExportable(state_);
+}
+
+ExportProfile ExportProcedures::profile() const {
+  return exportProfile(state_, *services_.geodesy, services_.module->datumText, services_.numbers);
+}
+
+ExportOutcome ExportProcedures::lExportDataToCSV(const std::string& outfile) {
+  return services_.trapped->run(":lExportDataToCSV:", [&] {
+    if (!isExportable(outfile)) return ExportOutcome::kNothing;
+    const Hourglass hourglass(*services_.pointer);
+    services_.trapped->step(1);
+    const ExportProfile exported = profile();
+    services_.trapped->step(2);
+    writeFile(outfile, [&](TextFile& file) { writeHeightProfile(exported, linesInto(file)); });
+    return ExportOutcome::kWritten;
+  });
+}
+
+ExportOutcome ExportProcedures::lExportITMToCSV(const std::string& outfile) {
+  return services_.trapped->run(":lExportITMToCSV:", [&] {
+    if (!isExportable(outfile)) return ExportOutcome::kNothing;
+    const Hourglass hourglass(*services_.pointer);
+    services_.trapped->step(1);
+    const ExportProfile exported = profile();
+    modelParametersOf(exported.state);  // a file without them would have no second line
+    services_.trapped->step(2);
+    writeFile(outfile,
+              [&](TextFile& file) { writeLossTable(exported, *services_.normalTable, linesInto(file)); });
+    return ExportOutcome::kWritten;
+  });
+}
+
+bool ExportProcedures::hasSignalProfile(const std::string& outfile) const {
+  return isExportable(outfile) && wholePathSamples(state_) >= kFewestSignalSamples &&
+         state_.path.spacing > 0 && isModelFrequency(state_.inputs.frequency);
+}
+
+double ExportProcedures::askForNumber(const std::string& prompt) {
+  return leadingNumber(services_.dialogs->input({prompt, {}, {}}));
+}
+
+SignalRequest ExportProcedures::askForSignal() {
+  SignalRequest request;
+  request.erp = askForNumber("Enter transmit power along this path (in kiloWatts)");
+  request.longleyRiceClutter = askForNumber("Enter Longley-Rice Clutter Value (in dB)");
+  request.pointToPointClutter = askForNumber("Enter Point-to-Point Clutter Value (in dB)");
+  return request;
+}
+
+ExportOutcome ExportProcedures::lExportSignalProfileToCSV(const std::string& outfile) {
+  return services_.trapped->run(":lExportSignalProfileToCSV:", [&] {
+    if (!hasSignalProfile(outfile)) return ExportOutcome::kNothing;
+    const ExportProfile exported = profile();
+    services_.trapped->step(1);
+    const SignalRequest request = askForSignal();
+    const ExportOutcome outcome = exportSignal(outfile, exported, request);
+    if (outcome == ExportOutcome::kWritten)
+      services_.dialogs->message({"Done", {}, MessageIcon::kNone, MessageButtons::kOk});
+    return outcome;
+  });
+}
+
+ExportOutcome ExportProcedures::lExportSignalProfileToCSV(const std::string& outfile,
+                                                          const SignalRequest& request) {
+  return services_.trapped->run(":lExportSignalProfileToCSV:", [&] {
+    if (!hasSignalProfile(outfile)) return ExportOutcome::kNothing;
+    return exportSignal(outfile, profile(), request);
+  });
+}
+
+ExportOutcome ExportProcedures::exportSignal(const std::string& outfile, const ExportProfile& profile,
+                                             const SignalRequest& request) {
+  if (!(request.erp > 0)) return ExportOutcome::kNothing;
+  const Hourglass hourglass(*services_.pointer);
+  try {
+    writeSignal(outfile, profile, request);
+  } catch (const ExportCancelled&) {
+    return ExportOutcome::kCancelled;
+  }
+  return ExportOutcome::kWritten;
+}
+
+void ExportProcedures::writeSignal(const std::string& outfile, const ExportProfile& profile,
+                                   const SignalRequest& request) {
+  services_.trapped->step(2);
+  modelParametersOf(profile.state);
+  const ptp::PtpParameters pointToPoint = pointToPointParameters(readPtpSettings(settings_));
+  services_.trapped->step(3);
+  writeFile(outfile, [&](TextFile& file) {
+    writeSignalProfile(profile, request, pointToPoint, linesInto(file),
+                       [this](std::int32_t sample, std::int32_t samples) { handleEvents(sample, samples); });
+  });
+  services_.trapped->step(4);
+  writeFile(outfile + std::string(kTerrainFileEnd), [&](TextFile& file) {
+    writeTerrainBlock(profile, [&file](std::string_view piece) { file.piece(piece); });
+  });
+}
+
+// Events may run other procedures of the window, which set its step.
+void ExportProcedures::handleEvents(std::int32_t sample, std::int32_t samples) {
+  services_.eventLoop->processPending();
+  services_.trapped->step(3);
+  if (services_.progress && !services_.progress(sample, samples)) throw ExportCancelled{};
+}
+
+}  // namespace zel

@@ -1,0 +1,87 @@
+// The exports of the profile window under their given names: each runs under the trap, checks what it was
+// given without a word, and writes its file while the pointer is the hourglass.
+//
+// Nothing here is a widget: a view without a window is exported in the same way. An export reads the view's
+// state once, when it begins, and is not disturbed by what pending events change; one may also be begun while
+// another runs.
+//
+// What is left on the disk: a file that cannot be made, or not be written in full, leaves what was there; an
+// export that fails on its way leaves its lines up to there; a cancelled one leaves what was there. See
+// text_file.h.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "component/services/error_trap.h"
+#include "component/services/module_state.h"
+#include "component/services/normal_table.h"
+#include "export/export_profile.h"
+#include "export/signal_levels.h"
+#include "foundation/number_text.h"
+#include "models/ptp/parameters.h"
+#include "platform/dialogs.h"
+#include "platform/geodesy.h"
+#include "platform/process_services.h"
+#include "profile/settings/settings_access.h"
+#include "profile/view_state/profile_view_state.h"
+
+namespace zel {
+
+enum class ExportOutcome {
+  kFailed,     // trapped and told
+  kNothing,    // a check ended it without a word
+  kCancelled,  // by the progress
+  kWritten,
+};
+
+// How far an export has come, in samples. Returns false to cancel it.
+using ExportProgress = std::function<bool(std::int32_t done, std::int32_t all)>;
+
+class ExportProcedures {
+ public:
+  // All must outlive the procedures.
+  struct Services {
+    const Geodesy* geodesy = nullptr;
+    Dialogs* dialogs = nullptr;
+    Pointer* pointer = nullptr;
+    EventLoop* eventLoop = nullptr;
+    const ModuleState* module = nullptr;
+    TrappedModule* trapped = nullptr;  // of the window, "frmProfile"
+    const NormalTable* normalTable = nullptr;
+    NumberStyle numbers;      // of the user's locale
+    ExportProgress progress;  // of long exports, after the pending events of each sample; may be empty
+  };
+  // The state is the view's, read at each export anew.
+  ExportProcedures(Services services, SettingsReader settings, const ProfileViewState& state);
+
+  // The height profile. Location ":lExportDataToCSV:".
+  ExportOutcome lExportDataToCSV(const std::string& outfile);
+  // The table of end-of-path losses. Location ":lExportITMToCSV:".
+  ExportOutcome lExportITMToCSV(const std::string& outfile);
+  // The signal profile, and its terrain block in "<outfile>.terrain.txt"; asks for power and clutter, and
+  // says "Done". Location ":lExportSignalProfileToCSV:".
+  ExportOutcome lExportSignalProfileToCSV(const std::string& outfile);
+  // The same with the answers given: no box is shown.
+  ExportOutcome lExportSignalProfileToCSV(const std::string& outfile, const SignalRequest& request);
+
+ private:
+  class Hourglass;
+
+  bool isExportable(const std::string& outfile) const;
+  bool hasSignalProfile(const std::string& outfile) const;
+  ExportProfile profile() const;
+  SignalRequest askForSignal();
+  double askForNumber(const std::string& prompt);
+  ExportOutcome exportSignal(const std::string& outfile, const ExportProfile& profile,
+                             const SignalRequest& request);
+  void writeSignal(const std::string& outfile, const ExportProfile& profile, const SignalRequest& request);
+  void handleEvents(std::int32_t sample, std::int32_t samples);
+
+  Services services_;
+  SettingsReader settings_;
+  const ProfileViewState& state_;
+};
+
+}  // namespace zel
