@@ -1,17 +1,25 @@
-// The exports without the disk: each part of the signal profile apart, and all of it. The argument is the
-// number of samples from station to station; the growth with it is the point.
+// The exports: each part of the signal profile apart (the two model columns, levels and texts, the file), all
+// of it but the file, and what the columns would cost by a run of its own for each sample. The argument is
+// the number of samples from station to station; the growth with it is the point.
 
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <filesystem>
+#include <random>
+#include <string>
 
 #include "export/height_profile.h"
 #include "export/loss_table.h"
 #include "export/path_models.h"
+#include "export/profile_columns.h"
+#include "export/signal_levels.h"
 #include "export/signal_profile.h"
+#include "export/text_file.h"
 #include "profile/calculation/earth_curvature.h"
 #include "profile/calculation/fresnel_line.h"
 #include "profile/calculation/height_statistics.h"
+#include "profile/path_loss/modeled_loss.h"
 #include "support/scripted_terrain.h"
 
 namespace zel {
@@ -70,6 +78,20 @@ void BM_ModelColumn(benchmark::State& state) {
   countSamples(state);
 }
 
+void BM_ModelColumnBySeparateRuns(benchmark::State& state) {
+  const ExportProfile profile = hillyProfile(state.range(0));
+  const PathStretch whole = wholePath(profile);
+  for ([[maybe_unused]] auto _ : state) {
+    double sum = 0;
+    for (std::size_t n = 2; n <= samplesOf(state); ++n) {
+      const ModelPath path{whole.elevations.first(n), whole.spacingMetres, whole.antennaHeights, kFrequency};
+      sum += double{modeledLoss(path, *profile.state.model)};
+    }
+    benchmark::DoNotOptimize(sum);
+  }
+  countSamples(state);
+}
+
 void BM_PointToPointColumn(benchmark::State& state) {
   const ExportProfile profile = hillyProfile(state.range(0));
   for ([[maybe_unused]] auto _ : state) {
@@ -78,6 +100,61 @@ void BM_PointToPointColumn(benchmark::State& state) {
     for (std::size_t n = 2; n <= samplesOf(state); ++n) sum += model.lossesOver(n)->diffraction;
     benchmark::DoNotOptimize(sum);
   }
+  countSamples(state);
+}
+
+void BM_PointToPointColumnBySeparateRuns(benchmark::State& state) {
+  const ExportProfile profile = hillyProfile(state.range(0));
+  const PathStretch whole = wholePath(profile);
+  for ([[maybe_unused]] auto _ : state) {
+    double sum = 0;
+    for (std::size_t n = 2; n <= samplesOf(state); ++n)
+      sum += PointToPointAlongPath(whole, {}).lossesOver(n)->diffraction;
+    benchmark::DoNotOptimize(sum);
+  }
+  countSamples(state);
+}
+
+// What is left of a line where the models' losses are there already.
+void BM_LevelsAndTexts(benchmark::State& state) {
+  constexpr std::string_view kPattern = "##0.0##";
+  constexpr double kLoss = 123.456789012345, kDiffraction = 23.456789012345;  // dB
+  const ExportProfile profile = hillyProfile(state.range(0));
+  const ProfileColumns columns(profile);
+  const SignalLevels levels(kRequest, kFrequency);
+  for ([[maybe_unused]] auto _ : state) {
+    std::size_t bytes = 0;
+    for (std::int32_t i = columns.samples().first + 1; i <= columns.samples().last; ++i) {
+      const double distance = columns.distance(i);
+      const double loss = kLoss + distance;
+      const float freeSpaceLoss = levels.freeSpaceLoss(distance);
+      ExportLine line(profile.numbers);
+      line.text(pointLine(profile, columns, i))
+          .field(loss)
+          .field(levels.longleyRice(loss), kPattern)
+          .field(kDiffraction + distance)
+          .field(0.0)
+          .field(levels.pointToPoint(distance, kDiffraction + distance, 0), kPattern)
+          .field(freeSpaceLoss)
+          .number(levels.freeSpace(double{freeSpaceLoss}), kPattern);
+      bytes += line.str().size();
+    }
+    benchmark::DoNotOptimize(bytes);
+  }
+  countSamples(state);
+}
+
+void BM_WritingTheFile(benchmark::State& state) {
+  const std::string path = (std::filesystem::temp_directory_path() /
+                            ("export_bench_" + std::to_string(std::random_device()()) + ".csv"))
+                               .string();
+  const std::string line(180, '5');
+  for ([[maybe_unused]] auto _ : state) {
+    TextFile file(path);
+    for (std::size_t n = 0; n < samplesOf(state); ++n) file.line(line);
+    file.write();
+  }
+  std::filesystem::remove(path);
   countSamples(state);
 }
 
@@ -131,12 +208,22 @@ void sizes(benchmark::internal::Benchmark* cases) {
   cases->Unit(benchmark::kMicrosecond);
 }
 
+// Each size costs four times the one before.
+void fewSizes(benchmark::internal::Benchmark* cases) {
+  for (const std::int64_t samples : {kFewest, std::int64_t{500}, std::int64_t{1000}}) cases->Arg(samples);
+  cases->Unit(benchmark::kMicrosecond);
+}
+
 BENCHMARK(BM_ModelColumn)->Apply(sizes);
 BENCHMARK(BM_PointToPointColumn)->Apply(sizes);
+BENCHMARK(BM_LevelsAndTexts)->Apply(sizes);
+BENCHMARK(BM_WritingTheFile)->Apply(sizes);
 BENCHMARK(BM_SignalProfile)->Apply(sizes);
 BENCHMARK(BM_HeightProfile)->Apply(sizes);
 BENCHMARK(BM_LossTableNumbers)->Apply(sizes);
 BENCHMARK(BM_LossTableFile)->Apply(sizes);
+BENCHMARK(BM_ModelColumnBySeparateRuns)->Apply(fewSizes);
+BENCHMARK(BM_PointToPointColumnBySeparateRuns)->Apply(fewSizes);
 
 }  // namespace
 }  // namespace zel

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "foundation/runtime_error.h"
 #include "foundation/text.h"
@@ -88,6 +89,15 @@ double leadingNumber(std::string_view text) {
   text = trimmed(text);
   const NumericPrefix prefix = numericPrefix(text);
   return prefix.length == 0 ? 0 : value(prefix, text);
+}
+
+double typedNumber(std::string_view text) {
+  try {
+    return leadingNumber(text);
+  } catch (const RuntimeError&) {
+    constexpr double kBeyond = std::numeric_limits<double>::infinity();
+    return trimmed(text).starts_with('-') ? -kBeyond : kBeyond;
+  }
 }
 
 std::optional<double> wholeNumberText(std::string_view text) {

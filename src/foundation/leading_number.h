@@ -11,6 +11,10 @@ namespace zel {
 // always ".". A magnitude beyond a 64-bit float throws RuntimeError 6; one too small for it is 0.
 double leadingNumber(std::string_view text);
 
+// The same for what a person types: a magnitude beyond a 64-bit float is infinite, with its sign, and so
+// beyond every limit.
+double typedNumber(std::string_view text);
+
 // The whole text as one number, blanks around it allowed; nothing when it is not one. Throws RuntimeError 6
 // as above.
 std::optional<double> wholeNumberText(std::string_view text);

@@ -30,6 +30,12 @@ std::string formatNumber(float value, std::string_view pattern, const NumberStyl
 std::string generalNumber(double value, const NumberStyle& style = {});
 std::string generalNumber(float value, const NumberStyle& style = {});
 
+// The same, put behind a text. A failure leaves the text as it was.
+void appendNumber(std::string& text, double value, std::string_view pattern, const NumberStyle& style);
+void appendNumber(std::string& text, float value, std::string_view pattern, const NumberStyle& style);
+void appendGeneralNumber(std::string& text, double value, const NumberStyle& style);
+void appendGeneralNumber(std::string& text, float value, const NumberStyle& style);
+
 // The fewest digits that read back as the same 32-bit float, in plain form; the point is always ".". A value
 // that is not finite throws RuntimeError 6.
 std::string shortestNumber(float value);

@@ -124,6 +124,20 @@ TEST(LeadingNumber, ReadsAPointWhateverTheLocaleOfTheProcess) {
   std::setlocale(LC_ALL, before.c_str());
 }
 
+TEST(TypedNumber, IsTheLeadingNumber) {
+  EXPECT_EQ(typedNumber(" 12.5 m"), 12.5);
+  EXPECT_EQ(typedNumber("-3e2"), -300);
+  EXPECT_EQ(typedNumber("metres"), 0);
+  EXPECT_EQ(typedNumber(""), 0);
+}
+
+TEST(TypedNumber, IsBeyondEveryLimitWhereNoFloatIsLargeEnough) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(typedNumber("1e400"), kInfinity);
+  EXPECT_EQ(typedNumber("  -1e400 m"), -kInfinity);
+  EXPECT_EQ(typedNumber("1e-400"), 0);
+}
+
 TEST(WholeNumberText, TakesATextThatIsOneNumber) {
   EXPECT_EQ(wholeNumberText("12.5"), 12.5);
   EXPECT_EQ(wholeNumberText("  -3e2\t"), -300.0);

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -239,6 +242,66 @@ TEST(GeneralNumber, TakesTheExponentFormOnlyBelowOneTenThousandthAndBeyondTheDig
   EXPECT_EQ(generalNumber(1e15), "1E+15");
   EXPECT_EQ(generalNumber(999999999999999.9), "1E+15");
   EXPECT_EQ(generalNumber(1.5e-300), "1.5E-300");
+}
+
+// The C library's rounding to so many significant digits, which is exact. Different decimals of so few digits
+// are different 64-bit floats.
+double toSignificant(double value, int digits) {
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%.*e", digits - 1, value);
+  return std::strtod(text.data(), nullptr);
+}
+
+TEST(GeneralNumber, IsTheNearestNumberOfFifteenOrSevenDigits) {
+  const unsigned seed = 15;
+  std::mt19937_64 random(seed);
+  std::uniform_real_distribution<double> exponents(-6, 17);
+  std::uniform_int_distribution<int> steps(-3, 3);
+  for (int i = 0; i < 40000; ++i) {
+    double value = std::pow(10.0, exponents(random));
+    if (i % 4 == 1) value = std::pow(10.0, std::round(exponents(random))) + steps(random) * 1e-9;
+    if (i % 4 == 2)
+      value = std::nextafter(std::pow(10.0, std::round(exponents(random))), i % 8 < 4 ? 0 : 1e99);
+    if (i % 4 == 3) value = std::round(value) / 8;
+    EXPECT_EQ(leadingNumber(generalNumber(value)), toSignificant(value, 15)) << value << " seed " << seed;
+    const auto single = static_cast<float>(value);
+    EXPECT_EQ(leadingNumber(generalNumber(single)), toSignificant(double{single}, 7)) << "seed " << seed;
+  }
+}
+
+// A sixteenth digit that is 5 and the last: the binary value is the half itself.
+TEST(GeneralNumber, RoundsAnExactHalfOfItsLastDigitToTheEvenOne) {
+  EXPECT_EQ(generalNumber(123456789012344.5), "123456789012344");
+  EXPECT_EQ(generalNumber(123456789012345.5), "123456789012346");
+  EXPECT_EQ(generalNumber(-100000000000000.5), "-100000000000000");
+  EXPECT_EQ(generalNumber(1000000.5F), "1000000");
+  EXPECT_EQ(generalNumber(1000001.5F), "1000002");
+}
+
+TEST(GeneralNumber, CarriesNinesIntoAnotherDigit) {
+  EXPECT_EQ(generalNumber(9.9999999999999996), "10");
+  EXPECT_EQ(generalNumber(0.99999999999999989), "1");
+  EXPECT_EQ(generalNumber(99999999999999.99), "100000000000000");
+  EXPECT_EQ(generalNumber(0.000099999999999999999), "0.0001");
+  EXPECT_EQ(generalNumber(9999999.5F), "1E+07");
+}
+
+TEST(AppendedNumbers, StandBehindTheTextAsTheyWouldAlone) {
+  const NumberStyle comma{",", "."};
+  std::string text = "a ";
+  appendNumber(text, -1234.5, "#,##0.00", comma);
+  appendNumber(text += ' ', 0.125F, "#.##", comma);
+  appendGeneralNumber(text += ' ', 1.5e-7, comma);
+  appendGeneralNumber(text += ' ', 0.1F, comma);
+  EXPECT_EQ(text, "a -1.234,50 ,13 1,5E-07 0,1");
+}
+
+TEST(AppendedNumbers, ThatFailLeaveTheTextAsItWas) {
+  std::string text = "a ";
+  EXPECT_THROW(appendGeneralNumber(text, kNan, {}), RuntimeError);
+  EXPECT_THROW(appendNumber(text, kInfinity, "0.0", {}), RuntimeError);
+  EXPECT_THROW(appendNumber(text, 1.0, "km", {}), RuntimeError);
+  EXPECT_EQ(text, "a ");
 }
 
 TEST(GeneralNumber, UsesTheDecimalPointOfTheLocaleAndNoGroups) {

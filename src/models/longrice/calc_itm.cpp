@@ -37,11 +37,8 @@ void CalcITM(std::int16_t points, float spacing, const float* elevations, double
   path.append(std::vector<double>(elevations, elevations + samples));
   const longrice::Prediction prediction = model.predict(path, receiverHeight);
 
-  std::vector<double> result;
-  result.reserve(levels(confidence, confidences).size() * levels(reliability, reliabilities).size());
-  for (const double reliabilityDeviate : levels(reliability, reliabilities))
-    for (const double confidenceDeviate : levels(confidence, confidences))
-      result.push_back(prediction.loss(reliabilityDeviate, confidenceDeviate));
+  const std::vector<double> result =
+      prediction.losses(levels(reliability, reliabilities), levels(confidence, confidences));
   std::copy(result.begin(), result.end(), losses);
 }
 

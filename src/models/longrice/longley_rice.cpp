@@ -32,6 +32,20 @@ double Prediction::loss(double reliabilityDeviate, double confidenceDeviate) con
   return freeSpace_ + variability_.attenuation(reference_.attenuation, reliabilityDeviate, confidenceDeviate);
 }
 
+std::vector<double> Prediction::losses(std::span<const double> reliabilityDeviates,
+                                       std::span<const double> confidenceDeviates) const {
+  for (const double deviate : reliabilityDeviates) requireWithin(limits::kReliabilityDeviate, deviate);
+  for (const double deviate : confidenceDeviates) requireWithin(limits::kConfidenceDeviate, deviate);
+  std::vector<double> losses;
+  losses.reserve(reliabilityDeviates.size() * confidenceDeviates.size());
+  for (const double reliability : reliabilityDeviates) {
+    const QuantilesOfSituation quantiles = variability_.at(reference_.attenuation, reliability);
+    for (const double confidence : confidenceDeviates)
+      losses.push_back(freeSpace_ + quantiles.attenuation(confidence));
+  }
+  return losses;
+}
+
 Model::Model(const Parameters& parameters)
     : parameters_(parameters), environment_(environmentOf(parameters)) {}
 

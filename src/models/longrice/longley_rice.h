@@ -10,6 +10,7 @@
 // Nothing here keeps state between calls; every function may be called from several threads at once.
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,10 @@ class Prediction {
   // Basic transmission loss, dB. The deviates are standard normal, see variability.h. Throws ParameterError
   // for a deviate that is none.
   double loss(double reliabilityDeviate, double confidenceDeviate) const;
+  // The losses of all pairs, the confidence running fastest, each equal to the last bit to that of its pair
+  // alone: what depends on one deviate only is computed once for it.
+  std::vector<double> losses(std::span<const double> reliabilityDeviates,
+                             std::span<const double> confidenceDeviates) const;
 
  private:
   int climate_;

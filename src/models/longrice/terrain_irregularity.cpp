@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "models/longrice/straight_line_fit.h"
 
@@ -17,16 +18,46 @@ constexpr std::size_t kMostTenths = 25;
 // Values read for so many to a tenth, less what centres the tenths.
 constexpr std::size_t valuesFor(std::size_t tenths) { return 10 * tenths - 5; }
 
-struct Tenths {
-  double high;  // the n-th greatest, metres
-  double low;   // the n-th least, metres
-};
+constexpr std::size_t kMostValues = valuesFor(kMostTenths);
 
-// The n-th greatest and the n-th least (from 1) of the values. They are counted into even slots first, so
-// that only the few that share a slot with the wanted one are put in order: comparisons that no processor can
-// foresee are what costs.
-Tenths tenthsOf(std::span<const double> values, std::size_t n) {
-  constexpr std::size_t kSlots = 64;
+// 0, 1, 2 ...: a table is read faster than numbers are converted.
+constexpr auto kNumbers = [] {
+  std::array<double, kMostValues> numbers{};
+  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<double>(i);
+  return numbers;
+}();
+
+// Fills the values with the heights at so many samples from sample 0, a step in samples apart, and takes
+// their sums for a fit. The places come in a loop of their own, in which the compiler takes several at a
+// time.
+FitSums read(std::span<const double> elevations, double first, double step, std::span<double> values) {
+  const auto lastLeft = static_cast<double>(elevations.size() - 2);
+  std::array<std::int32_t, kMostValues> left;  // NOLINT: every value that is read is set first
+  std::array<double, kMostValues> fromRight;   // NOLINT: as above
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const double position = first + step * kNumbers[i];
+    left[i] = static_cast<std::int32_t>(std::min(position, lastLeft));
+    fromRight[i] = position - (left[i] + 1);
+  }
+  double heights = 0;
+  double moments = 0;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const double* const pair = elevations.data() + left[i];
+    values[i] = pair[1] + (pair[1] - pair[0]) * fromRight[i];
+    heights += values[i];
+    moments += values[i] * kNumbers[i];
+  }
+  return {heights, moments, values.front(), values.back()};
+}
+
+// Keys of one byte that are in the order of the values. Counting bytes is so much cheaper than comparing
+// values, whose order no processor can foresee, that all but the few with the wanted one's key are told apart
+// by counting. Behind the values' keys stand greatest ones, so that a count goes over as many always.
+using Keys = std::array<std::uint8_t, 256>;
+static_assert(kMostValues < std::tuple_size_v<Keys>, "a count of the values must fit into a byte");
+constexpr std::uint8_t kGreatestKey = 255;
+
+Keys keysOf(std::span<const double> values) {
   constexpr std::size_t kLanes = 4;  // compared side by side
   std::array<double, kLanes> least;
   std::array<double, kLanes> greatest;
@@ -43,37 +74,48 @@ Tenths tenthsOf(std::span<const double> values, std::size_t n) {
   }
   const double low = *std::min_element(least.begin(), least.end());
   const double high = *std::max_element(greatest.begin(), greatest.end());
-  // Values that are all equal share slot 0.
-  const double perMetre = static_cast<double>(kSlots) / std::max(high - low, 1e-290);
+  // Values that are all equal have the key 0.
+  const double perMetre = kGreatestKey / std::max(high - low, 1e-290);
 
-  std::array<std::uint8_t, valuesFor(kMostTenths)> slotOf;  // NOLINT: every slot that is read is set first
-  std::array<std::uint8_t, kSlots + 1> counts{};            // the last for what is as high as the highest
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const auto slot = static_cast<std::uint8_t>(static_cast<std::int32_t>((values[i] - low) * perMetre));
-    slotOf[i] = slot;
-    ++counts[slot];
+  Keys keys;
+  keys.fill(kGreatestKey);
+  for (std::size_t i = 0; i < values.size(); ++i)
+    keys[i] = static_cast<std::uint8_t>(static_cast<std::int32_t>((values[i] - low) * perMetre));
+  return keys;
+}
+
+std::uint8_t countBelow(const Keys& keys, std::uint8_t key) {
+  std::uint8_t count = 0;
+  for (const std::uint8_t each : keys) count = static_cast<std::uint8_t>(count + (each < key ? 1 : 0));
+  return count;
+}
+
+// The n-th least of the values, n from 1.
+double nthLeast(std::span<const double> values, const Keys& keys, std::size_t n) {
+  // The greatest key that less than n are below is that of the value; it is found bit by bit.
+  std::uint8_t key = 0;
+  std::uint8_t below = 0;
+  for (unsigned bit = 128; bit != 0; bit >>= 1U) {
+    const auto greater = static_cast<std::uint8_t>(key | bit);
+    const std::uint8_t count = countBelow(keys, greater);
+    if (count >= n) continue;
+    key = greater;
+    below = count;
   }
-
-  // The n-th least of a slot's values.
-  std::array<double, valuesFor(kMostTenths)> sharing;  // NOLINT: as above
-  const auto nthLeastOf = [&](std::size_t slot, std::size_t nth) {
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      sharing[count] = values[i];
-      count += slotOf[i] == slot ? 1U : 0U;
-    }
-    const auto wanted = sharing.begin() + static_cast<std::ptrdiff_t>(nth - 1);
-    std::nth_element(sharing.begin(), wanted, sharing.begin() + static_cast<std::ptrdiff_t>(count));
-    return *wanted;
+  std::array<double, kMostValues> sharing;  // NOLINT: every value that is read is set first
+  std::size_t shared = 0;
+  const std::uint8_t* const end = keys.data() + values.size();
+  const auto next = [key, end](const std::uint8_t* from) {
+    return static_cast<const std::uint8_t*>(std::memchr(from, key, static_cast<std::size_t>(end - from)));
   };
-  std::size_t lowSlot = 0;
-  std::size_t left = n;
-  while (counts[lowSlot] < left) left -= counts[lowSlot++];
-  const double lowTenth = nthLeastOf(lowSlot, left);
-  std::size_t highSlot = kSlots;
-  left = n;
-  while (counts[highSlot] < left) left -= counts[highSlot--];
-  return {nthLeastOf(highSlot, counts[highSlot] + 1 - left), lowTenth};
+  const std::uint8_t* found = next(keys.data());
+  do {
+    sharing[shared++] = values[static_cast<std::size_t>(found - keys.data())];
+    found = next(found + 1);
+  } while (found != nullptr);
+  const auto wanted = sharing.begin() + static_cast<std::ptrdiff_t>(n - below - 1);
+  std::nth_element(sharing.begin(), wanted, sharing.begin() + static_cast<std::ptrdiff_t>(shared));
+  return *wanted;
 }
 
 }  // namespace
@@ -96,30 +138,15 @@ double terrainIrregularity(std::span<const double> elevations, double spacing, d
       std::clamp(static_cast<std::size_t>(0.1 * (last - first + 8)), kFewestTenths, kMostTenths);
   const std::size_t count = valuesFor(tenths);
 
-  std::array<double, valuesFor(kMostTenths)> storage;  // NOLINT: every value that is read is set first
+  std::array<double, kMostValues> storage;  // NOLINT: every value that is read is set first
   const std::span<double> values(storage.data(), count);
-  const double step = (last - first) / static_cast<double>(count - 1);
-  FitSums sums;
-  const auto lastSample = static_cast<std::int32_t>(elevations.size() - 1);
-  double number = 0;
-  for (double& value : values) {
-    const double position = first + step * number;
-    const std::int32_t right = std::min(static_cast<std::int32_t>(position) + 1, lastSample);
-    const double rightHeight = elevations[static_cast<std::size_t>(right)];
-    const double leftHeight = elevations[static_cast<std::size_t>(right - 1)];
-    value = rightHeight + (rightHeight - leftHeight) * (position - right);
-    sums.heights += value;
-    sums.moments += value * number;
-    ++number;
-  }
-  sums.firstHeight = values.front();
-  sums.lastHeight = values.back();
+  const FitSums sums = read(elevations, first, (last - first) / static_cast<double>(count - 1), values);
   const StraightLine trend = fitStraightLine(0, count - 1, sums);
-  for (std::size_t i = 0; i < count; ++i)
-    values[i] -= trend.at(static_cast<double>(static_cast<std::int32_t>(i)));
+  for (std::size_t i = 0; i < count; ++i) values[i] -= trend.at(kNumbers[i]);
 
-  const Tenths spread = tenthsOf(values, tenths);
-  return (spread.high - spread.low) / (1 - 0.8 * std::exp(-(last - first) * spacing / kGrowthDistance));
+  const Keys keys = keysOf(values);
+  const double spread = nthLeast(values, keys, count + 1 - tenths) - nthLeast(values, keys, tenths);
+  return spread / (1 - 0.8 * std::exp(-(last - first) * spacing / kGrowthDistance));
 }
 
 }  // namespace zel::longrice

@@ -38,15 +38,9 @@ double Variability::timeDeviation(double deviate) const {
   return ducting_ + (upper_ - ducting_) * ductingDeviate_ / deviate;
 }
 
-double Variability::attenuation(double reference, double reliabilityDeviate, double confidenceDeviate) const {
+QuantilesOfSituation Variability::at(double reference, double reliabilityDeviate) const {
   const double time = timeDeviation(reliabilityDeviate) * reliabilityDeviate;  // Y_T
-  // Unusual times are less well known, more so for the usual situation (5.11).
-  constexpr double kTimeUncertainty = 7.8;
-  const double variance =
-      situationVariance_ + time * time / (kTimeUncertainty + confidenceDeviate * confidenceDeviate);
-  const double attenuation = reference - median_ - time - std::sqrt(variance) * confidenceDeviate;  // (5.12)
-  return attenuation < 0 ? attenuation * (29 - attenuation) / (29 - 10 * attenuation)
-                         : attenuation;  // (5.13)
+  return {reference - median_ - time, situationVariance_, time * time};
 }
 
 }  // namespace zel::longrice

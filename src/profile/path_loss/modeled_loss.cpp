@@ -1,6 +1,7 @@
 #include "profile/path_loss/modeled_loss.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "foundation/rounding.h"
 #include "models/longrice/calc_itm.h"
@@ -38,20 +39,24 @@ float modeledLoss(const ModelPath& path, const ModelParameters& parameters) {
   return toReal32(loss);
 }
 
-longrice::Prediction modelPrediction(const ModelPath& path, const ModelParameters& parameters) {
+longrice::Parameters longleyRiceParameters(const ModelParameters& parameters, float frequency) {
   longrice::Parameters model;
-  model.frequency = static_cast<double>(path.frequency);
+  model.frequency = static_cast<double>(frequency);
   model.polarization =
       parameters.polarization == 0 ? longrice::Polarization::kHorizontal : longrice::Polarization::kVertical;
   model.climate = parameters.climate;
   model.permittivity = parameters.permittivity;
   model.conductivity = parameters.conductivity;
   model.surfaceRefractivity = parameters.refractivity;
-  const longrice::Model prepared(model);
-  longrice::GrowingPath ground = prepared.path(static_cast<double>(path.spacing), path.antennaHeights[0]);
+  return model;
+}
+
+longrice::Prediction modelPrediction(const ModelPath& path, const ModelParameters& parameters) {
+  const longrice::Model model(longleyRiceParameters(parameters, path.frequency));
+  longrice::GrowingPath ground = model.path(static_cast<double>(path.spacing), path.antennaHeights[0]);
   ground.reserve(path.elevations.size());
-  for (const float elevation : path.elevations) ground.append(static_cast<double>(elevation));
-  return prepared.predict(ground, path.antennaHeights[1]);
+  ground.append(std::vector<double>(path.elevations.begin(), path.elevations.end()));
+  return model.predict(ground, path.antennaHeights[1]);
 }
 
 }  // namespace zel

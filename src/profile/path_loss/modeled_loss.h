@@ -38,6 +38,9 @@ float modelSpacing(double distance, std::int16_t points);
 // has none, RuntimeError 6 for more samples than 16 bits count.
 float modeledLoss(const ModelPath& path, const ModelParameters& parameters);
 
+// The parameters and a frequency in MHz as the model is told them.
+longrice::Parameters longleyRiceParameters(const ModelParameters& parameters, float frequency);
+
 // Everything else that the model knows of the same path: mode, method, warnings.
 longrice::Prediction modelPrediction(const ModelPath& path, const ModelParameters& parameters);
 

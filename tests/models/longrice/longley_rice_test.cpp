@@ -210,6 +210,32 @@ TEST(Prediction, RefusesADeviateThatIsNone) {
   EXPECT_TRUE(std::isfinite(prediction.loss(40, -40)));
 }
 
+TEST(Prediction, GivesTheLossesOfAllPairsAsThoseOfEachPairAloneToTheLastBit) {
+  std::vector<double> deviates;
+  for (int percent = 1; percent <= 99; ++percent) deviates.push_back(normalDeviate(percent / 100.0));
+  Random random(55);
+  for (int run = 0; run < 60; ++run) {
+    const Parameters parameters = anyParameters(random);
+    const Prediction prediction =
+        predicted(parameters, anyGround(random, 3 + random.below(100)), random.decades(5, 2000),
+                  random.decades(1, 500), random.decades(1, 500));
+    const std::vector<double> losses = prediction.losses(deviates, deviates);
+    ASSERT_EQ(losses.size(), deviates.size() * deviates.size());
+    for (std::size_t r = 0; r < deviates.size(); ++r)
+      for (std::size_t c = 0; c < deviates.size(); ++c)
+        ASSERT_EQ(losses[c + r * deviates.size()], prediction.loss(deviates[r], deviates[c]))
+            << "run " << run << ", reliability " << deviates[r] << ", confidence " << deviates[c];
+  }
+}
+
+TEST(Prediction, RefusesADeviateThatIsNoneAmongMany) {
+  const Prediction prediction = publishedPrediction();
+  const std::vector<double> good{-1, 0, 1}, bad{0, std::numeric_limits<double>::quiet_NaN()};
+  EXPECT_THROW(static_cast<void>(prediction.losses(bad, good)), ParameterError);
+  EXPECT_THROW(static_cast<void>(prediction.losses(good, bad)), ParameterError);
+  EXPECT_TRUE(prediction.losses(good, {}).empty());
+}
+
 TEST(Prediction, TellsItsWarningsInWords) {
   Parameters parameters = usualParameters(15);
   parameters.climate = 0;

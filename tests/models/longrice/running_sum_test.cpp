@@ -37,6 +37,22 @@ TEST(RunningSum, IsThatOfSingleAdditionsWhereRoundingTies) {
     }
 }
 
+// Numbers so small that they lie as far apart as those below, and so large that there is little above.
+TEST(RunningSum, IsThatOfSingleAdditionsForTheSmallestAndTheLargestNumbers) {
+  Random random(9);
+  for (const double scale : {5e-324, 1e-310, 1e-300, 1e-290, 1e290, 1e300})
+    for (int run = 0; run < 100; ++run) {
+      const double step = scale * random.uniform(1, 10);
+      const std::size_t count = random.below(3000);
+      ASSERT_EQ(runningSum(0, step, count), addedOneByOne(0, step, count)) << step << " " << count;
+      const double length = static_cast<double>(count) * step;
+      ASSERT_EQ(runningSum(length, -step, count), addedOneByOne(length, -step, count))
+          << step << " " << count;
+    }
+}
+
+TEST(RunningSum, StaysWhereTheStepIsTooSmallToCount) { EXPECT_EQ(runningSum(1e20, 1, 1000000000), 1e20); }
+
 TEST(RunningSum, OfNoStepsIsTheStart) {
   EXPECT_EQ(runningSum(5, 3, 0), 5);
   EXPECT_EQ(runningSum(5, 0, 1000), 5);

@@ -65,6 +65,21 @@ TEST(TerrainIrregularity, IsThatOfAPlainSortForAnyStretchOfAnyGround) {
   }
 }
 
+// A tower, a pit or both put nearly all heights next to each other on the scale from the lowest to the
+// highest.
+TEST(TerrainIrregularity, TellsHeightsApartThatLieCloseBesideAGreatOutlier) {
+  Random random(33);
+  for (int run = 0; run < 300; ++run) {
+    Ground ground = randomWalk(random, 200 + random.below(800), run % 3 == 0 ? 1e-3 : 1);
+    if (run % 2 == 0) ground[random.below(ground.size())] += 8000;
+    if (run % 5 == 0) ground[random.below(ground.size())] -= 8000;
+    const double length = static_cast<double>(ground.size() - 1) * 50;
+    EXPECT_NEAR(terrainIrregularity(ground, 50, 200, length - 170),
+                plainIrregularity(ground, 50, 200, length - 170), 1e-9)
+        << run;
+  }
+}
+
 TEST(TerrainIrregularity, IsNothingOnAPlaneHoweverSteep) {
   Ground ground;
   for (int i = 0; i < 400; ++i) ground.push_back(100 + 3.25 * i);
