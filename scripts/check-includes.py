@@ -26,6 +26,7 @@ LAYERS = {
     "src/profile/": "profile",
     "src/profile/path_loss/": "path_loss",
     "src/models/": "models",
+    "src/models/ptp/vexptp/": "ptp_program",
     "src/canvas/": "canvas",
     "src/canvas/qt/": "qt_canvas",
     "src/ui/plot/": "plot",
@@ -49,6 +50,8 @@ MAY_SEE = {
     "platform": {"foundation", "automation"},
     "services": {"foundation", "automation", "platform"},
     "models": {"foundation"},
+    # A program of its own over the model, with the files and levels of the exports.
+    "ptp_program": {"foundation", "models", "export"},
     "profile": BASE | {"path_loss"},
     "path_loss": BASE | {"models", "profile"},
     "canvas": {"foundation"},
@@ -198,7 +201,7 @@ PRESENT = {
     "src/component/wiring.h", "src/profile/path/geometry.h", "src/profile/path_loss/loss.h",
     "src/models/longrice/model.h", "src/canvas/canvas.h", "src/canvas/qt/painter.h", "src/ui/plot/ticks.h",
     "src/ui/profile_window/window.h", "src/export/csv.h", "src/zeltool/terrain/library.h", "host/options.h",
-    "tests/support/folder.h",
+    "tests/support/folder.h", "src/models/ptp/vexptp/program.h",
 }
 # (file, line, a part of the expected breach; "" when it must pass)
 SAMPLES = [
@@ -221,6 +224,10 @@ SAMPLES = [
     ("src/profile/path/a.cpp", "#include <geodesic.h>", "profile must not see PROJ"),
     ("src/models/longrice/a.cpp", '#include "automation/values.h"', "models must not see automation"),
     ("src/models/longrice/a.cpp", '#include "platform/terrain.h"', "models must not see platform"),
+    ("src/models/longrice/a.cpp", '#include "export/csv.h"', "models must not see export"),
+    ("src/models/longrice/a.cpp", '#include "models/ptp/vexptp/program.h"', "models must not see ptp_program"),
+    ("src/models/ptp/vexptp/a.cpp", '#include "profile/path/geometry.h"', "ptp_program must not see profile"),
+    ("src/models/ptp/vexptp/a.cpp", "#include <unistd.h>", "ptp_program must not see POSIX"),
     ("src/canvas/a.cpp", '#include "platform/terrain.h"', "canvas must not see platform"),
     ("src/canvas/a.cpp", "#include <QPainter>", "canvas must not see Qt"),
     ("src/canvas/a.cpp", '#include "canvas/qt/painter.h"', "canvas must not see qt_canvas"),
@@ -261,6 +268,7 @@ SAMPLES = [
     ("src/component/services/a.cpp", "#include <unistd.h>", ""),
     ("src/profile/path_loss/a.cpp", '#include "models/longrice/model.h"', ""),
     ("src/export/a.cpp", '#include "models/longrice/model.h"\n#include "canvas/canvas.h"', ""),
+    ("src/models/ptp/vexptp/a.cpp", '#include "models/longrice/model.h"\n#include "export/csv.h"', ""),
     ("src/canvas/qt/a.cpp", '#include <QPainter>\n#include "canvas/canvas.h"', ""),
     ("src/ui/profile_window/a.cpp", '#include <QWidget>\n#include "profile/path/geometry.h"', ""),
     ("src/zeltool/terrain/a.cpp", '#include <gdal_priv.h>\n#include <proj.h>\n#include "platform/terrain.h"', ""),

@@ -7,14 +7,14 @@ set -euo pipefail
 # What the program is built from.
 run_packages=(
   cmake ninja-build g++ ccache pkg-config
-  qt6-base-dev libgdal-dev libproj-dev proj-data
+  qt6-base-dev gnuplot-nox libgdal-dev libproj-dev proj-data
   libcli11-dev nlohmann-json3-dev
   fonts-dejavu-core python3 python3-markdown
 )
 # What its tests, fuzzers and checks need besides. llvm-14 makes the sanitizers' reports name functions; xvfb is a screen in
 # memory for the window.
 test_packages=(
-  libgtest-dev libbenchmark-dev xvfb
+  libgtest-dev libbenchmark-dev libqt6svg6-dev xvfb
   clang-14 libclang-rt-14-dev llvm-14 clang-format-14
 )
 # What only ./test --long needs.

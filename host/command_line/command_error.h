@@ -18,4 +18,10 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
+// The user has given up: exit code 130, as shells have it for Ctrl+C.
+class CommandInterrupted : public std::runtime_error {
+ public:
+  explicit CommandInterrupted(const std::string& what) : std::runtime_error(what) {}
+};
+
 }  // namespace zel::host

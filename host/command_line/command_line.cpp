@@ -19,6 +19,7 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
+constexpr int kInterrupted = 130;
 
 struct RunOptions {
   std::vector<std::string> terrain;
@@ -81,7 +82,8 @@ int run(int argc, char** argv, ProfileControl& component) {
       "  terrain-profiler sample --from 36.40,-84.35 --to 36.22,-84.12 --points 11\n"
       "  terrain-profiler --terrain ~/tiles profile --from 42.7,1.4,20 --to 42.5,1.7,20 --json\n"
       "  terrain-profiler settings set Profile/Prf_Freq 450\n\n"
-      "'terrain-profiler COMMAND --help' explains a command. Exit codes: 0 done, 1 failed, 2 wrong usage.");
+      "'terrain-profiler COMMAND --help' explains a command. Exit codes: 0 done, 1 failed, 2 wrong "
+      "usage,\n130 interrupted.");
   program.set_version_flag("--version", std::string("terrain-profiler ") + ZEL_VERSION);
   program.fallthrough();  // --terrain and --set are understood before and after the command
   RunOptions options;
@@ -91,6 +93,7 @@ int run(int argc, char** argv, ProfileControl& component) {
   addShowCommand(program, component);
   addProfileCommand(program);
   addPictureCommand(program);
+  addExportCommand(program);
   addLossCommand(program);
   addLongleyRiceCommand(program);
   addSampleCommand(program);
@@ -124,6 +127,9 @@ int runCommandLine(int argc, char** argv) {
   } catch (const UsageError& error) {
     note(error.what());
     return kWrongUsage;
+  } catch (const CommandInterrupted& error) {
+    note(error.what());
+    return kInterrupted;
   } catch (const std::bad_alloc&) {
     note("out of memory; ask for fewer points or smaller rasters");
   } catch (const std::exception& error) {

@@ -26,6 +26,7 @@ inline std::string positiveNumberProblem(const std::string& text) {
   return "\"" + text + "\" is not a number above 0, at most 1000000";
 }
 
+void addExportCommand(CLI::App& program);
 void addLongleyRiceCommand(CLI::App& program);
 void addLossCommand(CLI::App& program);
 void addPictureCommand(CLI::App& program);

@@ -1,6 +1,5 @@
 // loss: free-space and modeled loss between two stations, as a summary and as JSON.
 #include <array>
-#include <cmath>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -30,12 +29,6 @@ struct LossOptions {
   bool json = false;
 };
 
-int percent(double fraction) { return static_cast<int>(std::lround(fraction * 100)); }
-
-const char* polarizationName(Polarization polarization) {
-  return polarization == Polarization::kHorizontal ? "horizontal" : "vertical";
-}
-
 GroundFigures groundOf(const PathLoss& loss) {
   return {loss.startGroundM, loss.endGroundM, loss.minimumM, loss.maximumM, loss.averageM};
 }
@@ -45,23 +38,13 @@ Json lossOrNull(const std::optional<double>& loss) {
 }
 
 Json inputsJson(const PathLoss& loss) {
-  const PathLossModelInputs& model = loss.model;
   Json json;
   json["from"] = stationJson(loss.from, loss.startHeightM);
   json["to"] = stationJson(loss.to, loss.endHeightM);
   json["frequency_mhz"] = rounded(loss.frequencyMhz, 6);
   json["model"] = kRadioModel;
   json["model_spacing_m"] = rounded(loss.modelSpacingM, 4);
-  json["polarization"] = polarizationName(model.polarization);
-  json["climate"] = model.climate;
-  json["climate_name"] = radioClimateName(model.climate);
-  json["permittivity"] = model.permittivity;
-  json["conductivity_s_per_m"] = model.conductivity;
-  json["surface_refractivity"] = model.surfaceRefractivity;
-  json["confidence_percent"] = percent(model.confidence);
-  json["reliability_percent"] = percent(model.reliability);
-  json["confidence_deviate"] = model.confidenceDeviate;
-  json["reliability_deviate"] = model.reliabilityDeviate;
+  addModelInputs(json, loss.model);
   json["variability"] =
       "reliability is time, confidence is situation; mobile stations, location variability off";
   json["free_space"] =
@@ -132,7 +115,6 @@ void printModel(const PathLoss& loss) {
 
 void printSummary(const PathLoss& loss) {
   const auto& line = summaryLine;
-  const PathLossModelInputs& model = loss.model;
   line("From", stationSentence(loss.from, loss.startHeightM));
   line("To", stationSentence(loss.to, loss.endHeightM));
   line("Distance", fixed(loss.distanceKm, 3) + " km");
@@ -144,11 +126,8 @@ void printSummary(const PathLoss& loss) {
     printModel(loss);
   else
     line("Modeled loss", "none at this frequency");
-  line("Computed with", shortest(loss.frequencyMhz) + " MHz, " + polarizationName(model.polarization) +
-                            " polarization, climate " + std::to_string(model.climate) + " (" +
-                            radioClimateName(model.climate) + "), ground " + shortest(model.permittivity) +
-                            " and " + shortest(model.conductivity) + " S/m, surface refractivity " +
-                            shortest(model.surfaceRefractivity) + " N-units, " + loss.terrain.method);
+  line("Computed with",
+       shortest(loss.frequencyMhz) + " MHz, " + modelInputsSentence(loss.model) + ", " + loss.terrain.method);
   line("Terrain", terrainSentence(loss.terrain));
   for (const std::string& text : loss.notes) line("Note", text);
   for (const std::string& text : loss.warnings) line("Warning", text);

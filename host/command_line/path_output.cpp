@@ -66,6 +66,32 @@ std::string methodSentence(PathMode mode, PropagationMethod method) {
   return text;
 }
 
+const char* polarizationName(Polarization polarization) {
+  return polarization == Polarization::kHorizontal ? "horizontal" : "vertical";
+}
+
+int percent(double fraction) { return static_cast<int>(std::lround(fraction * 100)); }
+
+void addModelInputs(nlohmann::ordered_json& json, const PathLossModelInputs& model) {
+  json["polarization"] = polarizationName(model.polarization);
+  json["climate"] = model.climate;
+  json["climate_name"] = radioClimateName(model.climate);
+  json["permittivity"] = model.permittivity;
+  json["conductivity_s_per_m"] = model.conductivity;
+  json["surface_refractivity"] = model.surfaceRefractivity;
+  json["confidence_percent"] = percent(model.confidence);
+  json["reliability_percent"] = percent(model.reliability);
+  json["confidence_deviate"] = model.confidenceDeviate;
+  json["reliability_deviate"] = model.reliabilityDeviate;
+}
+
+std::string modelInputsSentence(const PathLossModelInputs& model) {
+  return std::string(polarizationName(model.polarization)) + " polarization, climate " +
+         std::to_string(model.climate) + " (" + radioClimateName(model.climate) + "), ground " +
+         shortest(model.permittivity) + " and " + shortest(model.conductivity) +
+         " S/m, surface refractivity " + shortest(model.surfaceRefractivity) + " N-units";
+}
+
 std::string summaryText(std::string_view title, const std::string& text) {
   constexpr std::size_t kColumn = 18;
   const std::optional<std::size_t> width = terminalWidth();

@@ -7,6 +7,7 @@
 
 #include "zel/coordinates.h"
 #include "zel/longley_rice.h"
+#include "zel/path_loss.h"
 
 namespace zel::host {
 
@@ -32,6 +33,16 @@ inline constexpr const char* kRadioModel = "Longley-Rice irregular terrain model
 
 // The method of the reference attenuation, and why where it seems at odds with what the antennas see.
 std::string methodSentence(PathMode mode, PropagationMethod method);
+
+const char* polarizationName(Polarization polarization);  // "horizontal" or "vertical"
+
+// A level of the model in whole percent.
+int percent(double fraction);
+
+// The model's parameters of the settings: as members of a summary, and as
+// "horizontal polarization, climate 5 (...), ground 15 and 0.005 S/m, surface refractivity 301 N-units".
+void addModelInputs(nlohmann::ordered_json& json, const PathLossModelInputs& model);
+std::string modelInputsSentence(const PathLossModelInputs& model);
 
 // A line of a summary: the title, then the text in its column. Where standard output is a terminal it is
 // broken to the terminal's width, and stays in the column.

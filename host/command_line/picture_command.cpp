@@ -1,11 +1,12 @@
-// picture: the plot of a path as a PNG, and where everything in it lies as JSON.
+// picture: the plot of a path, or its losses by confidence and reliability, as a PNG or an SVG, and where
+// everything in it lies as JSON.
 #include <algorithm>
-#include <charconv>
+#include <cctype>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,9 +14,11 @@
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
 #include "command_line/output.h"
+#include "command_line/path_options.h"
 #include "command_line/path_output.h"
 #include "command_line/provenance.h"
 #include "command_line/stations.h"
+#include "zel/loss_table_image.h"
 #include "zel/plot_image.h"
 
 namespace zel::host {
@@ -24,49 +27,12 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 struct PictureOptions {
-  std::string from, to;
-  std::string output, geometry;
+  PathOptions path;
+  std::string output, geometry, format;
   std::string size = "1000x500";
   double scale = 1;
-  std::string expand, markers, units;
-  std::optional<double> frequency;
+  bool lossTable = false;
 };
-
-template <typename Number>
-bool readWhole(std::string_view text, Number& number) {
-  const char* end = text.data() + text.size();
-  const auto read = std::from_chars(text.data(), end, number);
-  return read.ec == std::errc() && read.ptr == end;
-}
-
-void readSize(const std::string& text, PlotImageRequest& request) {
-  const std::string_view whole(text);
-  const std::size_t cross = whole.find_first_of("xX");
-  if (cross == std::string_view::npos || !readWhole(whole.substr(0, cross), request.width) ||
-      !readWhole(whole.substr(cross + 1), request.height))
-    throw UsageError(quotedOption("--size", text) + "give WIDTHxHEIGHT in pixels, as in --size 1000x500");
-  if (request.width < 100 || request.width > 8000 || request.height < 80 || request.height > 8000)
-    throw UsageError(quotedOption("--size", text) + "give 100x80 to 8000x8000 pixels");
-}
-
-// One or two numbers with a comma between.
-std::vector<double> kilometres(const char* option, const std::string& text, std::size_t least) {
-  std::vector<double> values;
-  std::string_view rest(text);
-  bool good = true;
-  for (bool more = true; more && good;) {
-    const std::size_t comma = rest.find(',');
-    more = comma != std::string_view::npos;
-    double value = 0;
-    good = readWhole(rest.substr(0, comma), value) && value - value == 0;
-    values.push_back(value);
-    rest.remove_prefix(more ? comma + 1 : rest.size());
-  }
-  if (!good || values.size() < least || values.size() > 2)
-    throw UsageError(quotedOption(option, text) + "give " + (least == 2 ? "two" : "one or two") +
-                     " distances from the start in kilometres, as in " + option + " 4.5,12");
-  return values;
-}
 
 std::string scaleProblem(const std::string& text) {
   double value = 0;
@@ -150,19 +116,76 @@ Json geometryJson(const PlotImage& image) {
   return json;
 }
 
+Json lossTableJson(const LossTableImage& image) {
+  Json json;
+  json["cells"] = rectangleJson(image.cells);
+  json["colour_bar"] = rectangleJson(image.colourBar);
+  json["pixel_ratio"] = image.pixelRatio;
+  json["device_pixels"] = {{"width", image.deviceWidth}, {"height", image.deviceHeight}};
+  json["lowest_db"] = image.lowestDb;
+  json["highest_db"] = image.highestDb;
+  json["contours_db"] = image.contoursDb;
+  json["losses_db"] = Json::array();
+  for (int confidence = 1; confidence <= LossTableImage::kPercentages; ++confidence) {
+    Json row = Json::array();
+    for (int reliability = 1; reliability <= LossTableImage::kPercentages; ++reliability)
+      row.push_back(image.lossDb(confidence, reliability));
+    json["losses_db"].push_back(std::move(row));
+  }
+  json["losses_comment"] = "a row for each confidence from 1 to 99 %, in it a loss for each reliability";
+  json["from"] = stationJson(image.from, image.startHeightM);
+  json["to"] = stationJson(image.to, image.endHeightM);
+  json["distance_km"] = image.distanceKm;
+  json["bearing_deg"] = rounded(image.bearingDeg, 4);
+  json["samples"] = image.samples;
+  json["units"] = image.units == PlotUnits::kImperial ? "imperial" : "metric";
+  json["model"] = kRadioModel;
+  json["inputs"] = {{"frequency_mhz", image.frequencyMhz},
+                    {"polarization", polarizationName(image.model.polarization)},
+                    {"climate", image.model.climate},
+                    {"climate_name", radioClimateName(image.model.climate)},
+                    {"permittivity", image.model.permittivity},
+                    {"conductivity_s_per_m", image.model.conductivity},
+                    {"surface_refractivity", image.model.surfaceRefractivity},
+                    {"terrain", terrainJson(image.terrain)}};
+  json["notes"] = image.notes;
+  json["warnings"] = image.warnings;
+  return json;
+}
+
 std::string lossSentence(const std::string& loss) { return loss.empty() ? "none" : loss + " dB"; }
 
+template <typename Image>
+void printPicture(const Image& image, const PictureOptions& options) {
+  summaryLine("Picture", options.output + " (" + std::to_string(image.deviceWidth) + " x " +
+                             std::to_string(image.deviceHeight) + " pixels)");
+  if (!options.geometry.empty()) summaryLine("Geometry", options.geometry);
+  summaryLine("Distance", fixed(image.distanceKm, 3) + " km");
+}
+
+template <typename Image>
+void printRemarks(const Image& image, const std::vector<std::string>& warnings) {
+  summaryLine("Terrain", terrainSentence(image.terrain));
+  for (const std::string& text : image.notes) summaryLine("Note", text);
+  for (const std::string& text : warnings) summaryLine("Warning", text);
+}
+
 void printSummary(const PlotImage& image, const PictureOptions& options) {
-  const auto& line = summaryLine;
-  line("Picture", options.output + " (" + std::to_string(image.deviceWidth) + " x " +
-                      std::to_string(image.deviceHeight) + " pixels)");
-  if (!options.geometry.empty()) line("Geometry", options.geometry);
-  line("Distance", fixed(image.distanceKm, 3) + " km");
-  line("Free-space loss", lossSentence(image.freeSpaceLoss));
-  line("Modeled loss", lossSentence(image.modeledLoss));
-  line("Terrain", terrainSentence(image.terrain));
-  for (const std::string& text : image.notes) line("Note", text);
-  for (const std::string& text : image.terrain.warnings) line("Warning", text);
+  printPicture(image, options);
+  summaryLine("Free-space loss", lossSentence(image.freeSpaceLoss));
+  summaryLine("Modeled loss", lossSentence(image.modeledLoss));
+  printRemarks(image, image.terrain.warnings);
+}
+
+void printSummary(const LossTableImage& image, const PictureOptions& options) {
+  const auto decibels = [](double loss) { return fixed(loss, 2) + " dB"; };
+  printPicture(image, options);
+  summaryLine("From", stationSentence(image.from, image.startHeightM));
+  summaryLine("To", stationSentence(image.to, image.endHeightM));
+  summaryLine("Losses", decibels(image.lowestDb) + " to " + decibels(image.highestDb) + ", " +
+                            decibels(image.lossDb(50, 50)) + " at 50 % of confidence and reliability");
+  summaryLine("Computed with", shortest(image.frequencyMhz) + " MHz, " + modelInputsSentence(image.model));
+  printRemarks(image, image.warnings);
 }
 
 void checkOutputs(const PictureOptions& options) {
@@ -173,86 +196,101 @@ void checkOutputs(const PictureOptions& options) {
     throw UsageError("-o and --geometry name the same file; give two");
 }
 
-PlotImageRequest requestOf(const PictureOptions& options) {
-  const StationInput from = stationOption("--from", options.from);
-  const StationInput to = stationOption("--to", options.to);
-  PlotImageRequest request;
-  request.from = from.position;
-  request.to = to.position;
-  request.fromHeight = from.height;
-  request.toHeight = to.height;
-  request.frequencyMhz = options.frequency;
-  readSize(options.size, request);
-  request.pixelRatio = options.scale;
-  if (!options.expand.empty()) {
-    const std::vector<double> ends = kilometres("--expand", options.expand, 2);
-    request.expanded = PlotStretch{ends[0], ends[1]};
+std::string extensionOf(const std::string& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  return extension;
+}
+
+// By the file's extension. Standard output has none, and gets a PNG unless the format is given.
+PictureFormat formatOf(const PictureOptions& options) {
+  const std::string extension = options.output == "-" ? std::string() : extensionOf(options.output);
+  const bool known = extension == ".png" || extension == ".svg";
+  if (!options.format.empty()) {
+    if (known && extension != "." + options.format)
+      throw UsageError("-o \"" + options.output + "\" and --format " + options.format +
+                       " ask for two formats; leave --format out, or name the file otherwise");
+    return options.format == "svg" ? PictureFormat::kSvg : PictureFormat::kPng;
   }
-  if (!options.markers.empty()) request.markersKm = kilometres("--markers", options.markers, 1);
-  if (request.expanded && !request.markersKm.empty())
-    throw UsageError("--expand shows what lies between its two ends as markers; leave --markers out");
-  if (!options.units.empty())
-    request.units = options.units == "imperial" ? PlotUnits::kImperial : PlotUnits::kMetric;
+  if (!known && options.output != "-")
+    throw UsageError(quotedOption("-o", options.output) +
+                     "the extension says the format; give a file that ends in .png or .svg, or --format");
+  return extension == ".svg" ? PictureFormat::kSvg : PictureFormat::kPng;
+}
+
+template <typename Request>
+Request requestOf(const PictureOptions& options) {
+  Request request;
+  static_cast<PathViewRequest&>(request) = viewRequestOf(options.path);
+  const PictureSize size = pictureSize(options.size);
+  request.width = size.width;
+  request.height = size.height;
+  request.pixelRatio = options.scale;
+  request.format = formatOf(options);
+  if (request.format == PictureFormat::kSvg && options.scale != 1)
+    throw UsageError("--scale counts device pixels, which an SVG has none of; leave it out, or give a PNG");
   return request;
 }
 
-void runPicture(const PictureOptions& options) {
-  checkOutputs(options);
-  const PlotImageRequest request = requestOf(options);
-  // Nothing is shown, so no display is asked for, also where one is set that cannot be reached.
-  setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  const PlotImage image = renderPlotImage(request);
+template <typename Image>
+void writePicture(const Image& image, const PictureOptions& options, Json (*geometry)(const Image&)) {
   if (image.status != 0) throw CommandFailure(image.error);
-  std::vector<FileToWrite> files{{options.output, [&image](std::ostream& out) {
-                                    out.write(image.png.data(),
-                                              static_cast<std::streamsize>(image.png.size()));
+  const std::string& bytes = image.svg.empty() ? image.png : image.svg;
+  std::vector<FileToWrite> files{{options.output, [&bytes](std::ostream& out) {
+                                    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
                                   }}};
   if (!options.geometry.empty())
-    files.push_back({options.geometry, [&image](std::ostream& out) {
-                       out << geometryJson(image).dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    files.push_back({options.geometry, [&image, geometry](std::ostream& out) {
+                       out << geometry(image).dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
                      }});
   writeFiles(files);
   // Standard output is the picture's or the geometry's.
   if (options.output != "-" && options.geometry != "-") printSummary(image, options);
 }
 
+void checkLossTableOptions(const PathOptions& path) {
+  for (const auto& [option, value] : {std::pair("--markers", &path.markers), {"--expand", &path.expand}})
+    if (!value->empty())
+      throw UsageError(std::string("--loss-table is of the whole path; leave ") + option + " out");
+}
+
+void runPicture(const PictureOptions& options) {
+  checkOutputs(options);
+  if (options.lossTable) checkLossTableOptions(options.path);
+  // Nothing is shown, so no display is asked for, also where one is set that cannot be reached.
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  if (options.lossTable)
+    writePicture(renderLossTableImage(requestOf<LossTableImageRequest>(options)), options, &lossTableJson);
+  else
+    writePicture(renderPlotImage(requestOf<PlotImageRequest>(options)), options, &geometryJson);
+}
+
 }  // namespace
 
 void addPictureCommand(CLI::App& program) {
   auto options = std::make_shared<PictureOptions>();
-  CLI::App* command = program.add_subcommand("picture", "Plot of a path as a PNG, without a display");
-  command->add_option("--from", options->from, "Start station")
-      ->type_name("LAT,LON[,HEIGHT]")
-      ->check(valueProblem)
-      ->required();
-  command->add_option("--to", options->to, "End station")
-      ->type_name("LAT,LON[,HEIGHT]")
-      ->check(valueProblem)
-      ->required();
+  CLI::App* command =
+      program.add_subcommand("picture", "Plot or loss table of a path as a PNG or SVG, without a display");
+  addStationOptions(*command, options->path);
   command->add_option("-o,--output", options->output, "Write the picture to this file; - is standard output")
-      ->type_name("FILE.png")
+      ->type_name("FILE.png|FILE.svg")
       ->check(valueProblem)
       ->required();
+  command->add_option("--format", options->format, "By the file's extension unless given; png for -o -")
+      ->type_name("png|svg")
+      ->check(CLI::IsMember({"png", "svg"}));
+  command->add_flag("--loss-table", options->lossTable,
+                    "Instead of the plot: the modeled loss by confidence and reliability, in colours");
   command->add_option("--size", options->size, "Width and height in pixels, 1000x500 unless given")
       ->type_name("WxH")
       ->check(valueProblem);
-  command->add_option("--scale", options->scale, "Device pixels to each of them, 0.5 to 4, 1 unless given")
+  command
+      ->add_option("--scale", options->scale,
+                   "Device pixels of a PNG to each of them, 0.5 to 4, 1 unless given")
       ->type_name("F")
       ->check(scaleProblem);
-  command->add_option("--expand", options->expand, "Show this stretch alone, kilometres from the start")
-      ->type_name("KM,KM")
-      ->check(valueProblem);
-  command->add_option("--markers", options->markers, "One or two markers, kilometres from the start")
-      ->type_name("KM[,KM]")
-      ->check(valueProblem);
-  command
-      ->add_option("--units", options->units,
-                   "Units of the labels; by default the setting Settings/DispUnits")
-      ->type_name("metric|imperial")
-      ->check(CLI::IsMember({"metric", "imperial"}));
-  command->add_option("--frequency", options->frequency, "Frequency; by default the setting Profile/Prf_Freq")
-      ->type_name("MHZ")
-      ->check(positiveNumberProblem);
+  addViewOptions(*command, options->path);
   command
       ->add_option("--geometry", options->geometry,
                    "Write where everything lies in the picture as JSON; - is standard output")
@@ -261,10 +299,13 @@ void addPictureCommand(CLI::App& program) {
   command->footer(
       "The plot is the one of the profile window: colours, reference lines, k and the part of the Fresnel\n"
       "zone are those of the settings. Distances that run backwards are put into the order of the path.\n"
+      "The loss table is the one that the profile window exports: 99 percentages each way, of the whole "
+      "path.\n"
       "Examples:\n"
       "  terrain-profiler picture --from 36.40,-84.35,30 --to 36.22,-84.12,30 -o path.png\n"
       "  terrain-profiler picture --from 36.40,-84.35,30 --to 36.22,-84.12,30 --expand 4.5,12 --scale 2 "
-      "-o part.png --geometry part.json");
+      "-o part.png --geometry part.json\n"
+      "  terrain-profiler picture --from 36.40,-84.35,30 --to 36.22,-84.12,30 --loss-table -o losses.svg");
   command->callback([options] { runPicture(*options); });
 }
 

@@ -4,6 +4,7 @@
 
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
+#include "command_line/gnuplot.h"
 #include "command_line/stations.h"
 #include "zel/c_api.h"
 #include "zel/plot_image.h"
@@ -38,6 +39,7 @@ void runShow(const ShowOptions& options, ProfileControl& control) {
   path.toHeight = to.height;
   const PlotImage checked = checkPlotPath(path);
   if (checked.status != 0) throw CommandFailure(checked.error);
+  provideGnuplot();  // for the window's signal graph; without one it writes the script alone
   control.ShowMainForm(stationOf(from), stationOf(to));
   if (!control.get_PFrmLoaded()) throw CommandFailure("the profile cannot be shown");
   int exitCode = 0;

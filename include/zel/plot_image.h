@@ -17,46 +17,32 @@
 #define ZEL_PLOT_IMAGE_H_
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "zel/coordinates.h"
 #include "zel/export.h"
+#include "zel/path_view.h"
 #include "zel/terrain.h"
 
 namespace zel {
 
-// Kilometres from the start, in either order.
-struct PlotStretch {
-  double fromKm = 0;
-  double toKm = 0;
+enum class PictureFormat : std::uint8_t {
+  kPng,
+  kSvg,  // SVG 1.1: the same strokes in the same places, to be shown at any size; texts are texts
 };
 
-enum class PlotUnits : std::uint8_t { kMetric = 0, kImperial = 1 };
-
-struct PlotImageRequest {
-  Position from;
-  Position to;
-  // Metres above ground, 0 or more; whole metres are used, rounded half to even. Without one the settings
-  // Prf_HtL and Prf_HtR hold.
-  std::optional<double> fromHeight;
-  std::optional<double> toHeight;
-  // Without them the settings hold, with the defaults of the window.
-  std::optional<double> frequencyMhz;    // Prf_Freq
-  std::optional<double> k;               // effective-earth factor, Prf_Crv
-  std::optional<double> fresnelPercent;  // Prf_Frez, 0 (no Fresnel line) to 100, whole
-  std::optional<PlotUnits> units;        // Settings/DispUnits
-
-  std::int32_t width = 1000;  // logical pixels, 100 to 8000
-  std::int32_t height = 500;  // logical pixels, 80 to 8000
-  double pixelRatio = 1;      // 0.5 to 4; neither side may come to more than 16000 device pixels
-  // The view of this stretch alone, more than 0.1 km long. It lies between the markers, so there are no
-  // others.
-  std::optional<PlotStretch> expanded;
-  // One or two, kilometres from the start, in any order.
-  std::vector<double> markersKm;
+// The same for every picture; each has a smallest size of its own.
+struct PictureShape {
+  PictureFormat format = PictureFormat::kPng;
+  std::int32_t width = 1000;  // logical pixels, at most 8000
+  std::int32_t height = 500;  // logical pixels, at most 8000
+  // 0.5 to 4; neither side may come to more than 16000 device pixels. An SVG has none: 1.
+  double pixelRatio = 1;
 };
+
+// Of a path with markers or an expanded view. At least 100 x 80 logical pixels.
+struct PlotImageRequest : PathViewRequest, PictureShape {};
 
 struct PlotImageScale {
   double left = 0, right = 0;  // km
@@ -101,7 +87,7 @@ struct PlotImage {
   int status = 0;
   std::string error;
 
-  std::string png;  // the bytes of the file
+  std::string png, svg;  // the bytes of the file, of the format that was asked for
   std::int32_t deviceWidth = 0, deviceHeight = 0;
 
   PlotImageScale scale;

@@ -31,7 +31,9 @@ class ZEL_API _ProfileControl : public Dispatch {  // NOLINT(bugprone-reserved-i
   // Number of horizontal (elevation) reference lines.
   virtual std::int16_t get_ElevLines() = 0;
   virtual void let_ElevLines(std::int16_t vNewValue) = 0;
-  // Write the height profile, or the end-of-path loss table, as CSV. Nothing happens for a name under 5
+  // Write the height profile, or the end-of-path loss table, as CSV: of the profile window as it is, or
+  // without one of the stations and heights given last; then no window and no graphical application is made.
+  // A path that cannot be profiled is told in a box, and writes nothing. Nothing happens for a name under 5
   // characters.
   virtual void ExportDataToCSV(const std::string& outfile) = 0;
   virtual void ExportITMToCSV(const std::string& outfile) = 0;

@@ -48,12 +48,19 @@ class Canvas {
   // A round circle: the radius is measured in world units of x. Outlined in the foreground colour, black, and
   // filled with the fill colour, both by the draw mode.
   virtual void circle(double x, double y, double radius) = 0;
+  // Filled, without an outline, whichever two opposite corners are given. Rectangles with a common side
+  // neither overlap nor leave a gap.
+  virtual void fillRectangle(double x1, double y1, double x2, double y2, Colour colour) = 0;
 
   // Where the next text's top left corner comes; print moves it on as printing does, to the start of the next
   // line: the left border, one line of text lower.
   virtual void setTextPosition(double x, double y) = 0;
   // One line of UTF-8, in the picture's font and the foreground colour, black, in every draw mode.
   virtual void print(std::string_view text) = 0;
+  // What print would take of the picture, in world units, never negative: a text's width, and the height from
+  // one line to the next.
+  virtual double textWidth(std::string_view text) const = 0;
+  virtual double textHeight() const = 0;
 };
 
 }  // namespace zel

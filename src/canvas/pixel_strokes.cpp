@@ -210,4 +210,10 @@ void strokeCircle(const PixelRows& picture, PixelPoint centre, double radius, in
   }
 }
 
+void fillPixels(const PixelRows& picture, PixelPoint leftTop, PixelPoint rightBottom, PixelPen pen) {
+  const Brush brush(pen);
+  const Range rows = visible(leftTop.y, rightBottom.y - 1, picture.height);
+  for (int y = rows.first; y <= rows.last; ++y) paintSpan(picture, y, leftTop.x, rightBottom.x - 1, brush);
+}
+
 }  // namespace zel

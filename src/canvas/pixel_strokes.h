@@ -48,4 +48,8 @@ void strokeLine(const PixelRows& picture, PixelPoint from, PixelPoint to, int wi
 void strokeCircle(const PixelRows& picture, PixelPoint centre, double radius, int width, PixelPen outline,
                   PixelPen filling);
 
+// Every pixel from the left top one to the one left of and above the right bottom one: none where these are
+// equal.
+void fillPixels(const PixelRows& picture, PixelPoint leftTop, PixelPoint rightBottom, PixelPen pen);
+
 }  // namespace zel

@@ -1,6 +1,8 @@
 #include "canvas/recording_canvas.h"
 
 #include <algorithm>
+#include <cmath>
+#include <functional>
 #include <iomanip>
 #include <iterator>
 #include <ostream>
@@ -58,6 +60,10 @@ class Describer {
     text_ << "circle " << circle.centre << " radius " << circle.radius << " fill "
           << colourText(circle.fillColour) << ' ' << modeName(circle.mode) << " width " << circle.width;
   }
+  void operator()(const RecordedRectangle& rectangle) {
+    text_ << "rectangle " << rectangle.corner << '-' << rectangle.opposite << " colour "
+          << colourText(rectangle.colour) << ' ' << modeName(rectangle.mode);
+  }
   void operator()(const RecordedTextPosition& operation) { text_ << "text position " << operation.position; }
   void operator()(const RecordedText& text) {
     text_ << "text " << text.position << " \"" << text.text << "\" " << modeName(text.mode);
@@ -87,6 +93,10 @@ class Replayer {
   }
   void operator()(const RecordedCircle& circle) {
     target_.circle(circle.centre.x, circle.centre.y, circle.radius);
+  }
+  void operator()(const RecordedRectangle& rectangle) {
+    target_.fillRectangle(rectangle.corner.x, rectangle.corner.y, rectangle.opposite.x, rectangle.opposite.y,
+                          rectangle.colour);
   }
   void operator()(const RecordedTextPosition& operation) {
     target_.setTextPosition(operation.position.x, operation.position.y);
@@ -153,6 +163,10 @@ void RecordingCanvas::circle(double x, double y, double radius) {
   operations_.push_back(RecordedCircle{{x, y}, radius, state_.fillColour, state_.drawMode, state_.drawWidth});
 }
 
+void RecordingCanvas::fillRectangle(double x1, double y1, double x2, double y2, Colour colour) {
+  operations_.push_back(RecordedRectangle{{x1, y1}, {x2, y2}, colour, state_.drawMode});
+}
+
 void RecordingCanvas::setTextPosition(double x, double y) {
   state_.textPosition = {x, y};
   operations_.push_back(RecordedTextPosition{state_.textPosition});
@@ -163,6 +177,14 @@ void RecordingCanvas::print(std::string_view text) {
   state_.textPosition = {state_.scale.left, state_.textPosition.y + state_.scale.height() / kTextLines};
 }
 
+double RecordingCanvas::textWidth(std::string_view text) const {
+  const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
+  const auto characters = std::count_if(text.begin(), text.end(), std::not_fn(continues));
+  return std::abs(state_.scale.width()) * static_cast<double>(characters) / kTextColumns;
+}
+
+double RecordingCanvas::textHeight() const { return std::abs(state_.scale.height()) / kTextLines; }
+
 std::vector<RecordedLine> RecordingCanvas::lines() const { return strokes<RecordedLine>(); }
 
 std::vector<RecordedLine> RecordingCanvas::linesIn(Colour colour) const {
@@ -172,6 +194,8 @@ std::vector<RecordedLine> RecordingCanvas::linesIn(Colour colour) const {
 }
 
 std::vector<RecordedCircle> RecordingCanvas::circles() const { return strokes<RecordedCircle>(); }
+
+std::vector<RecordedRectangle> RecordingCanvas::rectangles() const { return strokes<RecordedRectangle>(); }
 
 std::vector<RecordedText> RecordingCanvas::texts() const { return strokes<RecordedText>(); }
 

@@ -64,6 +64,14 @@ struct RecordedCircle {
   friend bool operator==(const RecordedCircle&, const RecordedCircle&) = default;
 };
 
+struct RecordedRectangle {
+  CanvasPoint corner;
+  CanvasPoint opposite;
+  Colour colour = kBlack;
+  DrawMode mode = DrawMode::kCopyPen;
+  friend bool operator==(const RecordedRectangle&, const RecordedRectangle&) = default;
+};
+
 struct RecordedTextPosition {
   CanvasPoint position;
   friend bool operator==(const RecordedTextPosition&, const RecordedTextPosition&) = default;
@@ -76,9 +84,9 @@ struct RecordedText {
   friend bool operator==(const RecordedText&, const RecordedText&) = default;
 };
 
-using RecordedOperation =
-    std::variant<RecordedScale, RecordedClear, RecordedDrawMode, RecordedFillStyle, RecordedFillColour,
-                 RecordedDrawWidth, RecordedLine, RecordedCircle, RecordedTextPosition, RecordedText>;
+using RecordedOperation = std::variant<RecordedScale, RecordedClear, RecordedDrawMode, RecordedFillStyle,
+                                       RecordedFillColour, RecordedDrawWidth, RecordedLine, RecordedCircle,
+                                       RecordedRectangle, RecordedTextPosition, RecordedText>;
 
 // One line of words, for messages: "line (0, 1)-(2, 3) colour 0x0000FF copy pen width 1".
 std::string describe(const RecordedOperation& operation);
@@ -88,6 +96,8 @@ class RecordingCanvas final : public Canvas {
  public:
   // The picture has room for this many lines of text: print moves the position down by the height of one.
   static constexpr int kTextLines = 40;
+  // A line has room for this many characters, one as wide as the other.
+  static constexpr int kTextColumns = 160;
 
   void setScale(double left, double top, double right, double bottom) override;
   double scaleWidth() const override;
@@ -99,8 +109,11 @@ class RecordingCanvas final : public Canvas {
   int drawWidth() const override;
   void line(double x1, double y1, double x2, double y2, Colour colour) override;
   void circle(double x, double y, double radius) override;
+  void fillRectangle(double x1, double y1, double x2, double y2, Colour colour) override;
   void setTextPosition(double x, double y) override;
   void print(std::string_view text) override;
+  double textWidth(std::string_view text) const override;
+  double textHeight() const override;
 
   // Everything since the canvas was made or forgetOperations was called, clears and what they wiped included.
   const std::vector<RecordedOperation>& operations() const { return operations_; }
@@ -111,6 +124,7 @@ class RecordingCanvas final : public Canvas {
   std::vector<RecordedLine> lines() const;
   std::vector<RecordedLine> linesIn(Colour colour) const;
   std::vector<RecordedCircle> circles() const;
+  std::vector<RecordedRectangle> rectangles() const;
   std::vector<RecordedText> texts() const;
   bool wasCleared() const;
 

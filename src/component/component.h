@@ -22,6 +22,7 @@
 #include "platform/datum_shift.h"
 #include "platform/dialogs.h"
 #include "platform/geodesy.h"
+#include "platform/process_runner.h"
 #include "platform/process_services.h"
 #include "platform/settings_store.h"
 #include "platform/terrain.h"
@@ -42,6 +43,7 @@ struct ComponentServices {
   std::shared_ptr<EventLoop> eventLoop;
   std::shared_ptr<Clock> clock;
   std::shared_ptr<ProcessControl> process;
+  std::shared_ptr<ProcessRunner> programs;  // may be null: programs then cannot be started
   std::shared_ptr<HardStop> hardStop;
   std::shared_ptr<SettingsStore> settings;
   std::shared_ptr<ProfileWindows> windows;
@@ -102,6 +104,7 @@ class Component {
   EventLoop& eventLoop() { return *services_.eventLoop; }
   HardStop& hardStop() { return *services_.hardStop; }
   ProfileWindows& windows() { return *services_.windows; }
+  ProcessRunner* programs() { return services_.programs.get(); }
 
   // The settings of every application, with the values set for this run in front of the stored ones.
   OverlaySettingsStore& settings() { return *settings_; }

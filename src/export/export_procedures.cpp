@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "component/services/characters.h"
+#include "export/export_run.h"
 #include "export/height_profile.h"
 #include "export/loss_table.h"
 #include "export/path_models.h"
@@ -17,9 +18,6 @@ namespace {
 constexpr std::size_t kShortestName = 5;  // characters; a cancelled dialog gives none
 constexpr std::int32_t kFewestSignalSamples = 10;
 constexpr std::string_view kTerrainFileEnd = ".terrain.txt";
-
-// Thrown between two samples, and no failure.
-struct ExportCancelled {};
 
 void writeWhatThereIs(const TextFile& file) noexcept {
   try {
@@ -44,33 +42,23 @@ void writeFile(const std::string& path, const Fill& fill) {
   file.write();
 }
 
-LineSink linesInto(TextFile& file) {
-  return [&file](std::string_view line) { file.line(line); };
-}
-
 }  // namespace
-
-// The pointer's shape while an export runs, taken back on every way out.
-class ExportProcedures::Hourglass {
- public:
-  explicit Hourglass(Pointer& pointer) : pointer_(pointer) { pointer_.set(PointerShape::kHourglass); }
-  ~Hourglass() {
-    try {
-      pointer_.set(PointerShape::kDefault);
-    } catch (...) {
-      // A pointer that cannot be set back is no reason to lose an export, or the failure that ended it.
-      return;
-    }
-  }
-  Hourglass(const Hourglass&) = delete;
-  Hourglass& operator=(const Hourglass&) = delete;
-
- private:
-  Pointer& pointer_;
-};
 
 ExportProcedures::ExportProcedures(Services services, SettingsReader settings, const ProfileViewState& state)
     : services_(std::move(services)), settings_(std::move(settings)), state_(state) {}
+
+template <typename Body>
+ExportOutcome ExportProcedures::run(std::string_view procedure, const Body& body) {
+  failure_.reset();
+  return services_.trapped->run(procedure, [&] {
+    try {
+      return body();
+    } catch (...) {
+      failure_ = failureBeingHandled();
+      throw;
+    }
+  });
+}
 
 bool ExportProcedures::isExportable(const std::string& outfile) const {
   return characterCount(outfile) >= kShortestName && zel::isExportable(state_);
@@ -81,7 +69,7 @@ ExportProfile ExportProcedures::profile() const {
 }
 
 ExportOutcome ExportProcedures::lExportDataToCSV(const std::string& outfile) {
-  return services_.trapped->run(":lExportDataToCSV:", [&] {
+  return run(":lExportDataToCSV:", [&] {
     if (!isExportable(outfile)) return ExportOutcome::kNothing;
     const Hourglass hourglass(*services_.pointer);
     services_.trapped->step(1);
@@ -93,7 +81,7 @@ ExportOutcome ExportProcedures::lExportDataToCSV(const std::string& outfile) {
 }
 
 ExportOutcome ExportProcedures::lExportITMToCSV(const std::string& outfile) {
-  return services_.trapped->run(":lExportITMToCSV:", [&] {
+  return run(":lExportITMToCSV:", [&] {
     if (!isExportable(outfile)) return ExportOutcome::kNothing;
     const Hourglass hourglass(*services_.pointer);
     services_.trapped->step(1);
@@ -106,9 +94,9 @@ ExportOutcome ExportProcedures::lExportITMToCSV(const std::string& outfile) {
   });
 }
 
-bool ExportProcedures::hasSignalProfile(const std::string& outfile) const {
-  return isExportable(outfile) && wholePathSamples(state_) >= kFewestSignalSamples &&
-         state_.path.spacing > 0 && isModelFrequency(state_.inputs.frequency);
+bool ExportProcedures::hasModelPath(const std::string& outfile, std::int32_t fewestSamples) const {
+  return isExportable(outfile) && wholePathSamples(state_) >= fewestSamples && state_.path.spacing > 0 &&
+         isModelFrequency(state_.inputs.frequency);
 }
 
 double ExportProcedures::askForNumber(const std::string& prompt) {
@@ -124,8 +112,8 @@ SignalRequest ExportProcedures::askForSignal() {
 }
 
 ExportOutcome ExportProcedures::lExportSignalProfileToCSV(const std::string& outfile) {
-  return services_.trapped->run(":lExportSignalProfileToCSV:", [&] {
-    if (!hasSignalProfile(outfile)) return ExportOutcome::kNothing;
+  return run(":lExportSignalProfileToCSV:", [&] {
+    if (!hasModelPath(outfile, kFewestSignalSamples)) return ExportOutcome::kNothing;
     const ExportProfile exported = profile();
     services_.trapped->step(1);
     const SignalRequest request = askForSignal();
@@ -138,8 +126,8 @@ ExportOutcome ExportProcedures::lExportSignalProfileToCSV(const std::string& out
 
 ExportOutcome ExportProcedures::lExportSignalProfileToCSV(const std::string& outfile,
                                                           const SignalRequest& request) {
-  return services_.trapped->run(":lExportSignalProfileToCSV:", [&] {
-    if (!hasSignalProfile(outfile)) return ExportOutcome::kNothing;
+  return run(":lExportSignalProfileToCSV:", [&] {
+    if (!hasModelPath(outfile, kFewestSignalSamples)) return ExportOutcome::kNothing;
     return exportSignal(outfile, profile(), request);
   });
 }
@@ -164,7 +152,10 @@ void ExportProcedures::writeSignal(const std::string& outfile, const ExportProfi
   services_.trapped->step(3);
   writeFile(outfile, [&](TextFile& file) {
     writeSignalProfile(profile, request, pointToPoint, linesInto(file),
-                       [this](std::int32_t sample, std::int32_t samples) { handleEvents(sample, samples); });
+                       [this](std::int32_t sample, std::int32_t samples) {
+                         tellProgress(sample, samples);
+                         services_.trapped->step(3);  // events may have run other procedures of the window
+                       });
   });
   services_.trapped->step(4);
   writeFile(outfile + std::string(kTerrainFileEnd), [&](TextFile& file) {
@@ -172,10 +163,8 @@ void ExportProcedures::writeSignal(const std::string& outfile, const ExportProfi
   });
 }
 
-// Events may run other procedures of the window, which set its step.
-void ExportProcedures::handleEvents(std::int32_t sample, std::int32_t samples) {
+void ExportProcedures::tellProgress(std::int32_t sample, std::int32_t samples) {
   services_.eventLoop->processPending();
-  services_.trapped->step(3);
   if (services_.progress && !services_.progress(sample, samples)) throw ExportCancelled{};
 }
 

@@ -12,17 +12,24 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 
+#include "component/services/error_log.h"
 #include "component/services/error_trap.h"
+#include "component/services/host_services.h"
 #include "component/services/module_state.h"
 #include "component/services/normal_table.h"
 #include "export/export_profile.h"
+#include "export/signal_graph.h"
+#include "export/signal_graph_request.h"
 #include "export/signal_levels.h"
 #include "foundation/number_text.h"
 #include "models/ptp/parameters.h"
 #include "platform/dialogs.h"
 #include "platform/geodesy.h"
+#include "platform/process_runner.h"
 #include "platform/process_services.h"
 #include "profile/settings/settings_access.h"
 #include "profile/view_state/profile_view_state.h"
@@ -47,10 +54,14 @@ class ExportProcedures {
     Dialogs* dialogs = nullptr;
     Pointer* pointer = nullptr;
     EventLoop* eventLoop = nullptr;
-    const ModuleState* module = nullptr;
+    ModuleState* module = nullptr;
     TrappedModule* trapped = nullptr;  // of the window, "frmProfile"
     const NormalTable* normalTable = nullptr;
-    NumberStyle numbers;      // of the user's locale
+    // Of the signal graph alone.
+    HostServices* host = nullptr;
+    ErrorLog* errorLog = nullptr;
+    ProcessRunner* programs = nullptr;  // null: no program can be started
+    NumberStyle numbers;                // of the user's locale
     ExportProgress progress;  // of long exports, after the pending events of each sample; may be empty
   };
   // The state is the view's, read at each export anew.
@@ -65,23 +76,52 @@ class ExportProcedures {
   ExportOutcome lExportSignalProfileToCSV(const std::string& outfile);
   // The same with the answers given: no box is shown.
   ExportOutcome lExportSignalProfileToCSV(const std::string& outfile, const SignalRequest& request);
+  // The signal graph: plot data and a gnuplot script beside the picture that gnuplot is told to make. Asks
+  // for power, clutter, stretch and title, and says "Done". A failure goes to the error log and into no box.
+  ExportOutcome lMakeGNUSignalPlot(const std::string& outfile);
+  // The same with the answers given: no box is shown.
+  ExportOutcome lMakeGNUSignalPlot(const std::string& outfile, const SignalGraphRequest& request);
+
+  // What the last export failed with; nothing after one that did not fail.
+  const std::optional<RuntimeError>& failure() const { return failure_; }
 
  private:
-  class Hourglass;
-
   bool isExportable(const std::string& outfile) const;
-  bool hasSignalProfile(const std::string& outfile) const;
+  bool hasModelPath(const std::string& outfile, std::int32_t fewestSamples) const;
+  // Under the trap, and the failure is kept.
+  template <typename Body>
+  ExportOutcome run(std::string_view procedure, const Body& body);
   ExportProfile profile() const;
   SignalRequest askForSignal();
   double askForNumber(const std::string& prompt);
   ExportOutcome exportSignal(const std::string& outfile, const ExportProfile& profile,
                              const SignalRequest& request);
   void writeSignal(const std::string& outfile, const ExportProfile& profile, const SignalRequest& request);
-  void handleEvents(std::int32_t sample, std::int32_t samples);
+  // Throws ExportCancelled.
+  void tellProgress(std::int32_t sample, std::int32_t samples);
+
+  // Of the signal graph, in signal_graph_procedure.cpp.
+  class GraphLog;
+  template <typename Body>
+  ExportOutcome runGraph(const Body& body);
+  std::optional<SignalGraphPlan> askForGraph(const ExportProfile& profile);
+  double askForGraphNumber(const std::string& prompt, const std::string& title, double& lastEntered);
+  double askForMetres(const std::string& prompt, const std::string& defaultText);
+  void exportGraph(const std::string& outfile, const ExportProfile& profile, const SignalGraphPlan& plan,
+                   bool waitForPicture, GraphLog& log);
+  void writeGraph(const SignalGraphFiles& files, const ExportProfile& profile, const SignalGraphPlan& plan,
+                  GraphLog& log);
+  PointToPointLevels runPointToPointProgram(const SignalGraphFiles& files, const ProfileViewState& state,
+                                            const SignalRequest& signal, const ptp::PtpParameters& parameters,
+                                            GraphLog& log);
+  void drawGraph(const SignalGraphFiles& files, const ProfileViewState& state, bool waitForPicture);
+  ProgramOutcome runProgram(const ProgramCall& call, const ProfileViewState& state);
+  ProcessRunner& programs() const;  // throws RuntimeError 445 where there is none
 
   Services services_;
   SettingsReader settings_;
   const ProfileViewState& state_;
+  std::optional<RuntimeError> failure_;
 };
 
 }  // namespace zel

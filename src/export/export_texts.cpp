@@ -17,14 +17,21 @@ ExportLine& ExportLine::text(std::string_view piece) {
   return *this;
 }
 
-ExportLine& ExportLine::number(double value) { return text(generalNumber(value, numbers_)); }
+ExportLine& ExportLine::number(double value) {
+  appendGeneralNumber(text_, value, numbers_);
+  return *this;
+}
 
-ExportLine& ExportLine::number(float value) { return text(generalNumber(value, numbers_)); }
+ExportLine& ExportLine::number(float value) {
+  appendGeneralNumber(text_, value, numbers_);
+  return *this;
+}
 
 ExportLine& ExportLine::number(std::int32_t value) { return text(std::to_string(value)); }
 
 ExportLine& ExportLine::number(double value, std::string_view pattern) {
-  return text(formatNumber(value, pattern, numbers_));
+  appendNumber(text_, value, pattern, numbers_);
+  return *this;
 }
 
 std::string summaryTitles(const DisplayUnits& units) {

@@ -4,6 +4,7 @@
 // the user's decimal separator; the separator of fields is ", " whatever that is.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -20,12 +21,20 @@ using PieceSink = std::function<void(std::string_view piece)>;
 
 inline constexpr std::string_view kFieldEnd = ", ";
 
+// Of what programs read, whatever the user's locale.
+inline const NumberStyle kWithPoint{};
+
 // One line, put together piece by piece. Throws RuntimeError 6 for a number that is not finite.
 class ExportLine {
  public:
-  // The style outlives the line.
-  explicit ExportLine(const NumberStyle& numbers) : numbers_(numbers) {}
-  explicit ExportLine(NumberStyle&&) = delete;
+  static constexpr std::size_t kUsualLength = 256;
+
+  // The style outlives the line. A line may become longer than expected.
+  explicit ExportLine(const NumberStyle& numbers, std::size_t expectedLength = kUsualLength)
+      : numbers_(numbers) {
+    text_.reserve(expectedLength);
+  }
+  explicit ExportLine(NumberStyle&&, std::size_t = kUsualLength) = delete;
 
   ExportLine& text(std::string_view piece);
   // The general conversion: at most 15 significant digits of a double, 7 of a float.

@@ -1,6 +1,5 @@
 #include "export/height_profile.h"
 
-#include "export/profile_columns.h"
 #include "profile/real32.h"
 
 namespace zel {
@@ -31,6 +30,8 @@ std::string markerLine(const ExportProfile& profile, const ProfileColumns& colum
   return line.str();
 }
 
+}  // namespace
+
 std::string pointLine(const ExportProfile& profile, const ProfileColumns& columns, std::int32_t sample) {
   const GeoPoint& position = profile.positions[sample];
   ExportLine line(profile.numbers);
@@ -42,8 +43,6 @@ std::string pointLine(const ExportProfile& profile, const ProfileColumns& column
   line.number(columns.shownHeight(columns.relativeRise(sample)));
   return line.str();
 }
-
-}  // namespace
 
 void writeHeightProfile(const ExportProfile& profile, const LineSink& write) {
   const ProfileViewState& state = profile.state;

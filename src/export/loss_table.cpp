@@ -5,6 +5,8 @@
 namespace zel {
 namespace {
 
+constexpr std::size_t kTableLineLength = 2048;  // at least, of 99 numbers with their separators
+
 // The line ends with its last ", ", as is meant.
 std::string parameterLine(const ModelParameters& model, const NumberStyle& numbers) {
   ExportLine line(numbers);
@@ -26,7 +28,7 @@ std::string reliabilityTitles(const NumberStyle& numbers) {
 }
 
 std::string tableLine(const LossTable& table, std::int32_t confidence, const NumberStyle& numbers) {
-  ExportLine line(numbers);
+  ExportLine line(numbers, kTableLineLength);
   line.number(confidence);
   for (std::int32_t reliability = 1; reliability <= kLossTablePercentages; ++reliability)
     line.text(kFieldEnd).number(table.at(confidence, reliability));
@@ -37,11 +39,10 @@ std::string tableLine(const LossTable& table, std::int32_t confidence, const Num
 
 LossTable lossTable(const ProfileViewState& state, const NormalTable& deviates) {
   const longrice::Prediction prediction = modelPrediction(windowModelPath(state), modelParametersOf(state));
-  LossTable table;
-  for (std::int32_t confidence = 1; confidence <= kLossTablePercentages; ++confidence)
-    for (std::int32_t reliability = 1; reliability <= kLossTablePercentages; ++reliability)
-      table.at(confidence, reliability) = prediction.loss(deviates[reliability], deviates[confidence]);
-  return table;
+  std::array<double, kLossTablePercentages> axis{};
+  for (std::int32_t percent = 1; percent <= kLossTablePercentages; ++percent)
+    axis[static_cast<std::size_t>(percent - 1)] = deviates[percent];
+  return LossTable(prediction.losses(axis, axis));
 }
 
 void writeLossTable(const ExportProfile& profile, const NormalTable& deviates, const LineSink& write) {

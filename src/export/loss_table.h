@@ -2,9 +2,11 @@
 // and of reliability.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "component/services/normal_table.h"
 #include "export/export_profile.h"
@@ -18,6 +20,13 @@ inline constexpr std::int32_t kLossTablePercentages = 99;
 // Basic transmission losses, dB.
 class LossTable {
  public:
+  LossTable() = default;
+  // 99 x 99 losses, dB, the confidence running fastest; RuntimeError 9 for another number of them.
+  explicit LossTable(const std::vector<double>& losses) {
+    if (losses.size() != losses_.size()) throw RuntimeError::subscriptOutOfRange();
+    std::copy_n(losses.begin(), losses_.size(), losses_.begin());
+  }
+
   // Both percent, 1 to 99; RuntimeError 9 outside.
   double& at(std::int32_t confidence, std::int32_t reliability) {
     return losses_[cell(confidence, reliability)];
@@ -31,8 +40,8 @@ class LossTable {
     if (confidence < 1 || confidence > kLossTablePercentages || reliability < 1 ||
         reliability > kLossTablePercentages)
       throw RuntimeError::subscriptOutOfRange();
-    return static_cast<std::size_t>(confidence - 1) * kLossTablePercentages +
-           static_cast<std::size_t>(reliability - 1);
+    return static_cast<std::size_t>(reliability - 1) * kLossTablePercentages +
+           static_cast<std::size_t>(confidence - 1);
   }
 
   std::array<double, static_cast<std::size_t>(kLossTablePercentages) * kLossTablePercentages> losses_{};

@@ -2,24 +2,13 @@
 
 #include "models/ptp/clutter_loss.h"
 #include "models/ptp/input_limits.h"
+#include "profile/path_loss/modeled_loss.h"
 #include "profile/real32.h"
 
 namespace zel {
 namespace {
 
 constexpr double kMetresPerKm = 1000;
-
-longrice::Parameters longleyRiceParameters(const ModelParameters& parameters, float frequency) {
-  longrice::Parameters model;
-  model.frequency = double{frequency};
-  model.polarization =
-      parameters.polarization == 0 ? longrice::Polarization::kHorizontal : longrice::Polarization::kVertical;
-  model.climate = parameters.climate;
-  model.permittivity = parameters.permittivity;
-  model.conductivity = parameters.conductivity;
-  model.surfaceRefractivity = parameters.refractivity;
-  return model;
-}
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 #include "export/signal_profile.h"
 
+#include "export/longley_rice_column.h"
 #include "export/path_models.h"
 #include "export/profile_columns.h"
 
@@ -8,13 +9,6 @@ namespace {
 
 constexpr std::string_view kLevelPattern = "##0.0##";
 
-// Where a failure of the irregular terrain model stops the export: nothing of the line is written and nothing
-// goes on after it. A failure of the point-to-point model costs only its columns.
-[[noreturn]] void stopAtModelFailure(const RuntimeError& error, std::int32_t point) {
-  throw RuntimeError(error.number(), "The irregular terrain model stopped at point " + std::to_string(point) +
-                                         " of the signal profile: " + error.description());
-}
-
 // The rest of the line of the sample so many from the view's first, 2 or more.
 class ModelColumns {
  public:
@@ -22,13 +16,15 @@ class ModelColumns {
                const ptp::PtpParameters& pointToPoint)
       : columns_(columns),
         levels_(request, profile.state.inputs.frequency),
-        longleyRice_(pathStretch(profile.state, columns.samples()), modelParametersOf(profile.state)),
+        longleyRice_(pathStretch(profile.state, columns.samples()), modelParametersOf(profile.state),
+                     "signal profile"),
         pointToPoint_(pathStretch(profile.state, columns.samples()), pointToPoint) {}
 
   void append(ExportLine& line, std::int32_t sample) {
     const std::int32_t point = columns_.point(sample);
     const double distance = columns_.distance(sample);
-    const double loss = longleyRiceLoss(point);
+    // A failure of the point-to-point model, unlike one of this, costs only its columns.
+    const double loss = longleyRice_.lossAt(point);
     line.field(loss).field(levels_.longleyRice(loss), kLevelPattern);
 
     // Without them the free-space columns are left out as well, as is meant.
@@ -43,17 +39,9 @@ class ModelColumns {
   }
 
  private:
-  double longleyRiceLoss(std::int32_t point) {
-    try {
-      return longleyRice_.lossOver(static_cast<std::size_t>(point));
-    } catch (const RuntimeError& error) {
-      stopAtModelFailure(error, point);
-    }
-  }
-
   const ProfileColumns& columns_;
   SignalLevels levels_;
-  LongleyRiceAlongPath longleyRice_;
+  LongleyRiceColumn longleyRice_;
   PointToPointAlongPath pointToPoint_;
 };
 

@@ -12,36 +12,13 @@
 #include <random>
 
 #include "component/services/characters.h"
+#include "component/services/file_error.h"
 #include "foundation/runtime_error.h"
 
 namespace zel {
 namespace {
 
 namespace fs = std::filesystem;
-
-RuntimeError classicError(int systemError) {
-  switch (systemError) {
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      return RuntimeError::diskFull();
-    case EACCES:
-    case EPERM:
-    case EROFS:
-      return RuntimeError::permissionDenied();
-    case ENOENT:
-    case ENOTDIR:
-      return RuntimeError::pathNotFound();
-    default:
-      return RuntimeError::pathFileAccessError();
-  }
-}
-
-RuntimeError fileError(const std::string& path, int systemError) {
-  const RuntimeError classic = classicError(systemError);
-  return {classic.number(), classic.description() + ": cannot write " + path + " (" +
-                                std::generic_category().message(systemError) + ")"};
-}
 
 // The file that links lead to; it need not exist.
 std::string behindLinks(const std::string& path) {
@@ -163,7 +140,7 @@ TextFile::TextFile(const std::string& path) : target_(path) {
   if (exists && !openFile(target_, "r+b")) throw fileError(target_, errno);
   const FileBeside probe(target_);
   if (probe.error() == 0) return;
-  const bool mayNot = classicError(probe.error()).number() == RuntimeError::permissionDenied().number();
+  const bool mayNot = fileError(target_, probe.error()).number() == RuntimeError::permissionDenied().number();
   if (!exists || !mayNot) throw fileError(target_, probe.error());
   way_ = Way::kInPlace;
 }

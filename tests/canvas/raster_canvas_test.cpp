@@ -125,6 +125,43 @@ TEST(RasterCanvas, LineIsAsWideAsTheDrawWidthTimesTheRatio) {
   }
 }
 
+TEST(RasterCanvas, RectanglesWithACommonSideLeaveNoGapAndDoNotOverlap) {
+  for (const double ratio : kRatios) {
+    RasterCanvas canvas = pixelCanvas(ratio);
+    canvas.setDrawMode(DrawMode::kXorPen);
+    for (double x = 0; x < 100; x += 7.3)
+      for (double y = 0; y < 50; y += 3.1) canvas.fillRectangle(x, y, x + 7.3, y + 3.1, kRed ^ kWhite);
+    for (int y = 0; y < canvas.image().height(); ++y)
+      for (int x = 0; x < canvas.image().width(); ++x)
+        ASSERT_EQ(canvas.image().pixel(x, y), 0xFFFF0000) << x << ", " << y << " at " << ratio;
+  }
+}
+
+TEST(RasterCanvas, FillsARectangleByAnyTwoOppositeCorners) {
+  for (const bool turned : {false, true}) {
+    RasterCanvas canvas = pixelCanvas();
+    if (turned)
+      canvas.fillRectangle(20, 10, 10, 20, kRed);
+    else
+      canvas.fillRectangle(10, 10, 20, 20, kRed);
+    QRect inked;
+    for (int y = 0; y < 50; ++y)
+      for (int x = 0; x < 100; ++x)
+        if (canvas.image().pixel(x, y) == 0xFFFF0000) inked |= QRect(x, y, 1, 1);
+    EXPECT_EQ(inked, QRect(10, 30, 10, 10));
+  }
+}
+
+TEST(RasterCanvas, ARectangleWithoutAnExtentOrAPlaceLeavesNothing) {
+  RasterCanvas canvas = pixelCanvas();
+  canvas.fillRectangle(10, 10, 10, 20, kRed);
+  canvas.fillRectangle(10, 10, std::nan(""), 20, kRed);
+  canvas.fillRectangle(10, 10, kInfinity, 20, kRed);
+  canvas.fillRectangle(200, 10, 300, 20, kRed);
+  EXPECT_TRUE(isWhite(canvas.image()));
+  RasterCanvas().fillRectangle(0, 0, 1, 1, kRed);
+}
+
 TEST(RasterCanvas, TakesTheNearestAllowedDrawWidth) {
   RasterCanvas canvas = pixelCanvas();
   canvas.setDrawWidth(0);

@@ -171,5 +171,26 @@ TEST(RecordingCanvas, DescribesAnOperationInOneLine) {
   EXPECT_EQ(stream.str(), "clear");
 }
 
+TEST(RecordingCanvas, KeepsARectangleWithItsColourAndMode) {
+  RecordingCanvas canvas;
+  canvas.setDrawMode(DrawMode::kXorPen);
+  canvas.fillRectangle(1, 2, 3, 4, kRed);
+  ASSERT_EQ(canvas.rectangles().size(), 1U);
+  EXPECT_EQ(canvas.rectangles()[0], (RecordedRectangle{{1, 2}, {3, 4}, kRed, DrawMode::kXorPen}));
+  EXPECT_EQ(describe(canvas.operations().back()), "rectangle (1, 2)-(3, 4) colour 0x0000FF XOR pen");
+  RecordingCanvas copy;
+  canvas.replay(copy);
+  EXPECT_EQ(copy.operations(), canvas.operations());
+}
+
+// 160 characters to a line and 40 lines to the picture, whichever way the scale runs.
+TEST(RecordingCanvas, MeasuresTextsByTheirCharacters) {
+  RecordingCanvas canvas;
+  canvas.setScale(320, 0, 0, 80);
+  EXPECT_EQ(canvas.textWidth("50 \xE2\x88\x92 dB"), 14);
+  EXPECT_EQ(canvas.textWidth(""), 0);
+  EXPECT_EQ(canvas.textHeight(), 2);
+}
+
 }  // namespace
 }  // namespace zel

@@ -14,6 +14,7 @@ A file is a list of cases, each with a name that is a sentence, and steps or one
   only      list of the names below {dir} after the step, but for the folders of settings and state
   env       object: environment variable -> value for the step, or null: it is not set
   png       object: file name below {dir} -> [width, height] in pixels of the PNG that it is
+  svg       object: file name below {dir} -> [width, height, texts...] of the SVG that it is, texts among its text elements
   write     object: file name below {dir} -> content, written before the step
   json      object: path with dots -> expected value, a number with a tolerance as [value, tolerance], of standard output
   csv       object: "header" (list), "rows" (count), "cells" (list of [row, column name, value, tolerance])
@@ -28,6 +29,7 @@ import re
 import subprocess
 import sys
 import tempfile
+import xml.etree.ElementTree
 
 
 def at(value, path):
@@ -97,6 +99,19 @@ def check_step(program, step, folder, environment):
             if head[:8] == b"\x89PNG\r\n\x1a\n" and [int.from_bytes(head[i:i + 4], "big") for i in (16, 20)] == size:
                 continue
         faults.append(f"{name} is no PNG of {size} pixels")
+    for name, (width, height, *texts) in step.get("svg", {}).items():
+        try:
+            root = xml.etree.ElementTree.parse(os.path.join(folder, name)).getroot()
+        except (OSError, xml.etree.ElementTree.ParseError) as error:
+            faults.append(f"{name}: {error}")
+            continue
+        space = "{http://www.w3.org/2000/svg}"
+        if [root.tag, root.get("width"), root.get("height")] != [space + "svg", str(width), str(height)]:
+            faults.append(f"{name} is no SVG of {width} x {height} pixels")
+        there = {"".join(element.itertext()) for element in root.iter(space + "text")}
+        faults += [f"{text!r} is no text of {name}" for text in texts if text not in there]
+        if root.find(space + "title") is None or root.find(space + "desc") is None:
+            faults.append(f"{name} has no title or description")
     if "json" in step:
         try:
             found = json.loads(done.stdout)

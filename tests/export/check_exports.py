@@ -30,7 +30,7 @@ import irregular_terrain  # noqa: E402
 GOLDEN = HERE / "golden"
 GOLDEN_LOSS_LINES = 6  # of the loss table only the first lines are kept; the rest is computed again
 VARIANTS = ("metric", "imperial", "comma", "expanded")
-NAMES = ("height.csv", "signal.csv", "signal.csv.terrain.txt", "loss.csv")
+NAMES = ("height.csv", "signal.csv", "signal.csv.terrain.txt", "loss.csv", "graph.dat", "graph.plt")
 
 # Greatest differences.
 HEIGHT = 5e-4  # m: single precision, and a sum of a hundred of it
@@ -39,6 +39,8 @@ DEGREES = 9e-6  # five decimals, of a single near 84
 LEVEL = 0.02  # dB: the independent evaluations' own tolerance
 EXACT_LEVEL = 1.1e-3  # dB, of levels that follow from the losses beside them: three decimals and single precision
 FREE_SPACE = 6e-5  # dB: seven digits
+ROUNDED_GROUND = 0.03  # dB: heights of two decimals, as the point-to-point program is given them
+PLACE = 0.11  # dBu: labels' levels of one decimal, from levels of three
 RELATIVE = 1e-9  # between numbers of the kept files and new ones
 
 
@@ -213,11 +215,13 @@ class Reader:
             raise ValueError(f"{text!r} is no number of this file")
         return float(text.replace(",", "."))
 
-    def fields(self, line, checks):
+    def fields(self, line, checks, mark=""):
         """checks: for each field an exact text, or (expected number, greatest difference, pattern or None)."""
         if line >= len(self.lines):
             return self.fault(line, "is missing")
-        fields = self.lines[line].split(", ")
+        if not self.lines[line].startswith(mark):
+            return self.fault(line, f"does not begin with {mark!r}")
+        fields = self.lines[line][len(mark):].split(", ")
         if len(fields) != len(checks):
             return self.fault(line, f"{len(fields)} fields, not {len(checks)}")
         for column, (field, check) in enumerate(zip(fields, checks)):
@@ -385,9 +389,107 @@ def check_loss(r, p):
         r.fault(len(r.lines), "the number of lines is wrong")
 
 
+# The signal graph is of the whole path, in metres and kilometres, with a point, in every variant.
+
+def graph_samples(p):
+    """For each sample from the transmitter on: (distance, plotted, [(level, greatest difference)] of the three curves)."""
+    i = p.inputs
+    power, frequency = 10 * math.log10(i["erp"]) + 106.92, 20 * math.log10(i["frequency"]) + 32.4
+    start, end = (round(metres / 1000 / p.spacing) for metres in i["graph"])
+    for sample in range(1, p.n + 1):
+        d = sample * p.spacing
+        free = power - 20 * math.log10(d)
+        last = p.first + sample
+        yield d, start <= sample <= end, [
+            (power + frequency - longley_rice(p, p.first, last) - i["lr_clutter"], LEVEL + EXACT_LEVEL),
+            (free - point_to_point(p, p.first, last) - i["ptp_clutter"], LEVEL + ROUNDED_GROUND), (free, EXACT_LEVEL)]
+
+
+def check_graph_data(r, p):
+    i = p.inputs
+    top = single(p.ground[p.first] + i["antennas"][0])
+    for line, text in enumerate(["OUTFILE, ' '", f"FREQ, {i['frequency']}", f"POWER, {i['erp']}", f"TX_AMSL, {top:.7g}",
+                                 f"RX_AGL, {i['antennas'][1]}", f"CLU_LOSS, LR:{i['lr_clutter']} PTP:{i['ptp_clutter']}",
+                                 f"TITLE, {i['title']}", "", "'Terrain Height', 'Distance from Transmitter', 'Longley Rice', 'PTP', "
+                                 "Std Contour', 'Freespace', 'Reference'", "START DATA",
+                                 f"#{p.ground[p.first]:.1f}, 0.000, NaN, NaN, 70, NaN, 60"]):
+        r.text(line, text)
+    for sample, (d, plotted, (irregular, bent, free)) in enumerate(graph_samples(p), 1):
+        mark = "" if plotted else "#"
+        height = p.ground[p.first + sample]
+        r.fields(10 + sample, [(height, 0.0501, r"-?\d+\.\d"), (d, 0.000501, r"\d+\.\d{3}"), (*irregular, LEVEL_FORM),
+                               (*bent, LEVEL_FORM), "70", (*free, LEVEL_FORM), "60"], mark)
+    if len(r.lines) != 11 + p.n:
+        r.fault(len(r.lines), "the number of lines is wrong")
+
+
+def check_script(r, p, variant):
+    i = p.inputs
+    graph, data = f'"{variant}/graph.png"', f'"{variant}/graph.dat"'
+    head = ["set terminal png size 1280,1024", "set key right top inside",
+            'set xlabel "Distance from Transmitter (km)" font "Tahoma, 11"', 'set ylabel "Field Strength (dBu)" font "Tahoma, 11"',
+            f'set title  "{i["title"]}" font "Tahoma, 18"']
+    tail_lines = [f"set output  {graph}", "set grid",
+                  f'plot  {data} using 2:3 title "Longley-Rice" with lines lw 3,\\', f'{data} using 2:4 title "Point-to-Point" with lines lw 3,\\',
+                  f'{data} using 2:6 title "Freespace" with lines lw 2,\\', f'{data} using 2:5 title "Std Contour" with lines lw 2,\\',
+                  f"{data} using 2:7 notitle with lines lw 1"]
+    for line, text in enumerate(head):
+        r.text(line, text)
+    for line, text in enumerate(tail_lines):
+        r.text(14 + line, text)
+    if len(r.lines) != 21:
+        r.fault(len(r.lines), "the number of lines is wrong")
+    check_labels(r, p)
+
+
+def axis(low, high):
+    """As gnuplot lengthens it: to the next tic at both ends."""
+    power = 10 ** math.floor(math.log10(high - low))
+    tics = 20 * power / (high - low)
+    step = power * next(share for share, least in ((0.2, 10), (0.5, 4), (1, 0)) if tics > least)
+    return math.floor(low / step) * step, math.ceil(high / step) * step
+
+
+def check_labels(r, p):
+    """Their texts and places: two columns, even steps, and no curve through them."""
+    i = p.inputs
+    plotted = [(d, [level for level, _ in levels]) for d, shown, levels in graph_samples(p) if shown]
+    every = [level for _, levels in plotted for level in levels] + [60, 70]
+    start, end = axis(plotted[0][0], plotted[-1][0])
+    low, high = axis(min(every), max(every))
+    step = 0.01 * (high - low)
+    whole = lambda value: f"{math.floor(abs(value) + 0.5) * (-1 if value < 0 else 1)}"
+    texts = [(f"Freq: {i['frequency']:.1f} MHz", 0.2, 2.0), (f"ERP: {i['erp']:.1f} kW", 0.2, 4.5),
+             (f"Tx Ant: {whole(p.ground[p.first] + i['antennas'][0])} m AMSL", 0.2, 7.0), (f"Rx Ant: {i['antennas'][1]:.1f} m AGL", 0.2, 9.5),
+             (f"LR Clutter: {whole(i['lr_clutter'])} dB", 0.2, 12.0), (f"Latitude: {plain(i['start'][0], False)}", 0.35, 2.0),
+             (f"Longitude: {plain(i['start'][1], False)}", 0.35, 4.5), ("Tx HAAT: 30 m AMSL", 0.35, 7.0),
+             (f"PTP Clutter: {whole(i['ptp_clutter'])} dB", 0.35, 12.0)]
+    base = None
+    for line, (text, column, factor) in enumerate(texts, 5):
+        place = re.fullmatch(rf'set label "{re.escape(text)}" font "Tahoma, 10" at (-?\d+\.\d(?:\d?[1-9])?),(-?\d+\.\d)',
+                             r.lines[line] if line < len(r.lines) else "")
+        if not place:
+            r.fault(line, f"is not the label {text!r}")
+            continue
+        x, y = map(float, place.groups())
+        base = y - factor * step if base is None else base
+        if abs(x - (start + column * (end - start))) > 0.000501:
+            r.fault(line, f"x is {x}")
+        if abs(y - base - factor * step) > PLACE:
+            r.fault(line, f"y is {y}")
+    if base is None:
+        return
+    if base < low - PLACE or base + 13 * step > high + PLACE:
+        r.fault(5, "the labels leave the graph")
+    hidden = [d for d, levels in plotted if 0.2 <= (d - start) / (end - start) <= 0.55 and
+              any(base + step + PLACE < level < base + 13 * step - PLACE for level in levels)]
+    if hidden:
+        r.fault(5, f"the labels lie on a curve at {hidden} km")
+
+
 def check_file(path, variant, name, p):
     """What is wrong with one file."""
-    r = Reader(path, comma=variant == "comma")
+    r = Reader(path, comma=variant == "comma" and not name.startswith("graph"))
     u = Units(variant == "imperial")
     first, last = p.view(variant == "expanded")
     if name == "height.csv":
@@ -396,6 +498,10 @@ def check_file(path, variant, name, p):
         check_signal(r, p, u, first, last)
     elif name == "loss.csv":
         check_loss(r, p)
+    elif name == "graph.dat":
+        check_graph_data(r, p)
+    elif name == "graph.plt":
+        check_script(r, p, variant)
     else:
         check_terrain(r, p, first, last)
     return r.faults
@@ -468,14 +574,19 @@ def disturbances(text, name):
             yield f"line {row + 1} with a blank more", "\r\n".join(lines[:row] + [lines[row] + " "] + lines[row + 1:])
     if name == "signal.csv.terrain.txt":
         return
-    for row in sorted({1, 3, 4, 6, 8, len(lines) - 2}):
-        fields = lines[row].split(", ")
+    rows = {1, 3, 4, 6, 8, 12, 30, len(lines) - 2}
+    if name.startswith("graph"):
+        rows |= set(range(len(lines) - 1) if name == "graph.plt" else [2, 10, 11, 50])
+    for row in sorted(row for row in rows if row < len(lines)):
+        yield f"line {row + 1} as a comment", "\r\n".join([*lines[:row], "#" + lines[row], *lines[row + 1:]])
+        separator = "," if name == "graph.plt" else ", "
+        fields = lines[row].split(separator)
         for column, field in enumerate(fields):
             if not re.fullmatch(r"-?[\d.,]*\d", field) or (name == "loss.csv" and column % 24 > 1):
                 continue
             moved = re.sub(r"\d", lambda digit: str((int(digit.group()) + 3) % 10), field, count=1)
             changed = [*fields[:column], moved, *fields[column + 1:]]
-            yield f"line {row + 1}, field {column}: {field} as {moved}", "\r\n".join(lines[:row] + [", ".join(changed)] + lines[row + 1:])
+            yield f"line {row + 1}, field {column}: {field} as {moved}", "\r\n".join(lines[:row] + [separator.join(changed)] + lines[row + 1:])
 
 
 def self_test(folder):

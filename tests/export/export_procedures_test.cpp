@@ -4,15 +4,11 @@
 
 #include <algorithm>
 
-#include "component/services/error_log.h"
 #include "export/height_profile.h"
 #include "export/loss_table.h"
 #include "export/path_models.h"
 #include "export/signal_profile.h"
-#include "export_state.h"
-#include "support/recording_settings_store.h"
-#include "support/scripted_platform.h"
-#include "support/temporary_folder.h"
+#include "export_fixture.h"
 
 namespace zel {
 namespace {
@@ -21,87 +17,13 @@ using test::fileBytes;
 using test::writeBytes;
 using Shapes = std::vector<PointerShape>;
 
-// Answers the input boxes in turn.
-class AnsweringDialogs final : public Dialogs {
- public:
-  explicit AnsweringDialogs(test::Journal& journal) : journal_(journal) {}
-  MessageAnswer message(const MessageBoxRequest& request) override {
-    journal_.push_back("message: " + request.text);
-    messages.push_back(request);
-    return request.buttons == MessageButtons::kYesNo ? MessageAnswer::kYes : MessageAnswer::kOk;
-  }
-  std::string input(const InputBoxRequest& request) override {
-    journal_.push_back("input: " + request.prompt);
-    inputs.push_back(request);
-    if (onInput) onInput();
-    return inputs.size() <= answers.size() ? answers[inputs.size() - 1] : std::string();
-  }
-  std::string save(const SaveDialogRequest&) override { throw RuntimeError::dialogCancelled(); }
-
-  std::vector<std::string> answers;
-  std::function<void()> onInput;
-  std::vector<MessageBoxRequest> messages;
-  std::vector<InputBoxRequest> inputs;
-
- private:
-  test::Journal& journal_;
-};
-
-class NotingEventLoop final : public EventLoop {
- public:
-  void postQuit(int) override {}
-  void processPending() override {
-    ++runs;
-    if (onEvents) onEvents();
-  }
-  int runs = 0;
-  std::function<void()> onEvents;
-};
-
-struct ExportProceduresTest : testing::Test {
-  test::TemporaryFolder folder;
-  test::Journal journal;
-  AnsweringDialogs dialogs{journal};
-  test::ScriptedPointer pointer;
-  NotingEventLoop eventLoop;
-  test::ScriptedProcess process;
-  test::FixedClock clock;
-  test::PlaneGeodesy geodesy;
-  test::RecordingSettingsStore store;
-  ModuleState module;
-  NormalTable normalTable = InitNormalDist();
-  ErrorLog log{[this] { return logFolder.path().string(); }, clock, dialogs};
-  ErrorTrap trap{{[] { return std::string("Host Planner"); }, "zelProfiler01", &pointer, &dialogs, &eventLoop,
-                  &process, &log}};
-  TrappedModule window{"frmProfile", trap};
-  SettingsReader reader{store, [] { return std::string("Host Planner"); }};
-  ProfileViewState state = test::exportableState();
-  std::function<bool(std::int32_t, std::int32_t)> progress;
-  NumberStyle numbers;
-  test::TemporaryFolder logFolder;
-
+struct ExportProceduresTest : test::ExportFixture {
   void SetUp() override {
-    pointer.journal = &journal;
-    module.datumText = "NAD-83";
+    ExportFixture::SetUp();
     dialogs.answers = {"2.5", "3", "4"};
     // More ground than the terrain block asks for.
     state.elevation = SampleArray<float>(30, 150.0F);
   }
-  ExportProcedures procedures() {
-    ExportProcedures::Services all;
-    all.geodesy = &geodesy;
-    all.dialogs = &dialogs;
-    all.pointer = &pointer;
-    all.eventLoop = &eventLoop;
-    all.module = &module;
-    all.trapped = &window;
-    all.normalTable = &normalTable;
-    all.numbers = numbers;
-    all.progress = progress;
-    return {all, reader, state};
-  }
-  std::string file(const std::string& name = "out.csv") const { return (folder / name).string(); }
-  bool nothingWritten() const { return std::filesystem::is_empty(folder.path()); }
   ExportOutcome height(const std::string& path) { return procedures().lExportDataToCSV(path); }
   ExportOutcome losses(const std::string& path) { return procedures().lExportITMToCSV(path); }
   ExportOutcome signal(const std::string& path) { return procedures().lExportSignalProfileToCSV(path); }

@@ -148,6 +148,16 @@ TEST(LossTable, WithoutParametersThereIsNoFirstLineEither) {
   EXPECT_TRUE(kept.lines.empty());
 }
 
+TEST(LossTable, IsMadeOfNoOtherNumberOfLosses) {
+  EXPECT_THROW(LossTable(std::vector<double>(9800)), RuntimeError);
+  std::vector<double> losses(9801);
+  losses[98] = 1;  // confidence 99, reliability 1
+  losses[99] = 2;  // confidence 1, reliability 2
+  const LossTable table(losses);
+  EXPECT_EQ(table.at(99, 1), 1);
+  EXPECT_EQ(table.at(1, 2), 2);
+}
+
 TEST(LossTable, HasNoCellsBesideItsPercentages) {
   const LossTable table;
   EXPECT_THROW(table.at(0, 1), RuntimeError);

@@ -7,10 +7,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <sstream>
 
 #include "component/services/error_log.h"
 #include "export/export_procedures.h"
+#include "models/ptp/vexptp/program.h"
 #include "profile/view_state/profile_procedures.h"
+#include "support/environment_variable.h"
 #include "support/recording_settings_store.h"
 #include "support/scripted_platform.h"
 #include "zeltool/geodesy/wgs84_geodesy.h"
@@ -22,7 +25,15 @@ namespace {
 constexpr GeoPoint kStart{36.40, -84.35}, kEnd{36.22, -84.12};
 constexpr std::int16_t kPointsPerKm = 10, kMaxPoints = 71;
 constexpr SignalRequest kSignal{2.5, 6, 4.5};
+constexpr double kGraphStart = 1000, kGraphEnd = 24000;     // metres
 constexpr float kLeftMarker = 5.3F, kRightMarker = 21.75F;  // km, plot x
+
+// The point-to-point program, called in this process.
+ProgramOutcome runPointToPoint(const ProgramCall& call) {
+  std::ostringstream output, messages;
+  const int status = ptp::runProgram(call.arguments, output, messages);
+  return {true, false, status, messages.str()};
+}
 
 // What the window's procedures ask of their surroundings. Nothing is expected to be asked of the user.
 struct Surroundings {
@@ -37,6 +48,7 @@ struct Surroundings {
     module.station2 = kEnd;
     module.antennaHeights = {30, 12};
     module.datumText = "NAD-83";
+    programs.onRun = runPointToPoint;
   }
 
   Wgs84Geodesy geodesy;
@@ -58,6 +70,8 @@ struct Surroundings {
   ErrorTrap trap{{[] { return std::string("Host Planner"); }, "zelProfiler01", &pointer, &dialogs, &eventLoop,
                   &process, &log}};
   TrappedModule window{"frmProfile", trap};
+  HostServices host{module, trap, dialogs, store, {}};
+  test::ScriptedPrograms programs;
   SettingsReader reader{store, [] { return std::string("Host Planner"); }};
 };
 
@@ -105,11 +119,17 @@ bool writeVariant(Surroundings& all, const std::filesystem::path& folder, const 
   services.module = &all.module;
   services.trapped = &all.window;
   services.normalTable = &all.normalTable;
+  services.host = &all.host;
+  services.errorLog = &all.log;
+  services.programs = &all.programs;
   services.numbers = numbers;
   ExportProcedures exports(services, all.reader, state);
   return exports.lExportDataToCSV((folder / "height.csv").string()) == ExportOutcome::kWritten &&
          exports.lExportITMToCSV((folder / "loss.csv").string()) == ExportOutcome::kWritten &&
          exports.lExportSignalProfileToCSV((folder / "signal.csv").string(), kSignal) ==
+             ExportOutcome::kWritten &&
+         exports.lMakeGNUSignalPlot((folder / "graph.png").string(),
+                                    {kSignal, kGraphStart, kGraphEnd, "Ridge to valley", false}) ==
              ExportOutcome::kWritten;
 }
 
@@ -122,24 +142,26 @@ void writeInputs(const std::filesystem::path& path, const ProfileViewState& stat
        << "\"fresnel_percent\": 60, \"confidence\": 0.9, \"reliability\": 0.95,\n \"markers\": ["
        << double{kLeftMarker} << ", " << double{kRightMarker} << "], \"erp\": " << kSignal.erp
        << ", \"lr_clutter\": " << kSignal.longleyRiceClutter
-       << ", \"ptp_clutter\": " << kSignal.pointToPointClutter << ",\n \"heights\": [";
+       << ", \"ptp_clutter\": " << kSignal.pointToPointClutter << ",\n \"graph\": [" << kGraphStart << ", "
+       << kGraphEnd << "], \"title\": \"Ridge to valley\",\n \"heights\": [";
   const auto heights = state.elevation.span();
   for (std::size_t i = 0; i < heights.size(); ++i) file << (i == 0 ? "" : ", ") << double{heights[i]};
   file << "]}\n";
 }
 
 int run(const std::filesystem::path& folder) {
+  std::filesystem::current_path(folder);  // the script names its files: the same ones wherever the folder is
+  const test::EnvironmentVariable scratch("tmp", folder.string());
   Surroundings all;
   const NumberStyle point, comma{",", "."};
   const ProfileViewState metric = profileState(all, 0);
   const ProfileViewState imperial = profileState(all, 1);
   ProfileViewState expanded = metric;
   expanded.expanded = true;
-  const bool written = writeVariant(all, folder / "metric", metric, point) &&
-                       writeVariant(all, folder / "imperial", imperial, point) &&
-                       writeVariant(all, folder / "comma", metric, comma) &&
-                       writeVariant(all, folder / "expanded", expanded, point);
-  writeInputs(folder / "inputs.json", metric);
+  const bool written =
+      writeVariant(all, "metric", metric, point) && writeVariant(all, "imperial", imperial, point) &&
+      writeVariant(all, "comma", metric, comma) && writeVariant(all, "expanded", expanded, point);
+  writeInputs("inputs.json", metric);
   for (const MessageBoxRequest& message : all.dialogs.messages) std::cerr << message.text << '\n';
   return written && all.dialogs.messages.empty() ? 0 : 1;
 }

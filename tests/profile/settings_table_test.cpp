@@ -4,6 +4,8 @@
 
 #include <set>
 
+#include "models/ptp/parameters.h"
+
 namespace zel {
 namespace {
 
@@ -110,6 +112,14 @@ TEST(SettingsTable, RangesEndWhereTheDialogSays) {
     EXPECT_EQ(row.setting.range->low, row.low) << row.setting.key;
     EXPECT_EQ(row.setting.range->high, row.high) << row.setting.key;
   }
+}
+
+TEST(SettingsTable, TheClutterCategoriesAreThoseOfTheModel) {
+  EXPECT_EQ(settings::kPtpClutterCategory.range->low, static_cast<double>(ptp::ClutterCategory::kNone));
+  EXPECT_EQ(settings::kPtpClutterCategory.range->high,
+            static_cast<double>(ptp::ClutterCategory::kDenseUrban));
+  EXPECT_EQ(settingProblem(settings::kPtpClutterCategory, "5"), "");
+  EXPECT_NE(settingProblem(settings::kPtpClutterCategory, "6"), "");
 }
 
 TEST(SettingProblem, AcceptsTheEndsOfARangeAndRefusesWhatLiesBeyond) {

@@ -1,5 +1,5 @@
 // Draws the pictures of the documents: the profile window, the settings dialog and the link budget as a host
-// shows them, without a display, each in a file of its own.
+// shows them, and the loss table, without a display, each in a file of its own.
 //
 //     screenshots FOLDER
 //
@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QFontDatabase>
 #include <QImage>
 #include <QLocale>
@@ -22,6 +23,7 @@
 
 #include "support/temporary_folder.h"
 #include "zel/automation.h"
+#include "zel/loss_table_image.h"
 #include "zel/profile_control.h"
 
 namespace zel {
@@ -101,6 +103,22 @@ void shootSettings(ProfileControl& profiler, const QDir& folder) {
   if (!failure.empty()) throw ScreenshotError(failure);
 }
 
+void drawLossTable(const QDir& folder) {
+  LossTableImageRequest request;
+  request.from = {kStart.Lat, kStart.Lon};
+  request.to = {kEnd.Lat, kEnd.Lon};
+  request.fromHeight = double{kStart.AntHt};
+  request.toHeight = double{kEnd.AntHt};
+  request.width = 700;
+  request.height = 420;
+  const LossTableImage image = renderLossTableImage(request);
+  if (image.status != 0) throw ScreenshotError(image.error);
+  QFile file(folder.filePath(QStringLiteral("loss-table.png")));
+  const auto size = static_cast<qint64>(image.png.size());
+  if (!file.open(QIODevice::WriteOnly) || file.write(image.png.data(), size) != size)
+    throw ScreenshotError("cannot write " + file.fileName().toStdString());
+}
+
 void shootAll(const QDir& folder) {
   const QString family = QStringLiteral("DejaVu Sans");
   if (!QFontDatabase::families().contains(family))
@@ -119,6 +137,7 @@ void shootAll(const QDir& folder) {
   shootLinkBudget(folder);
   shootSettings(profiler, folder);
   profiler.UnloadMainForm();
+  drawLossTable(folder);
 }
 
 }  // namespace

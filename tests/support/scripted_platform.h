@@ -16,6 +16,7 @@
 #include "foundation/runtime_error.h"
 #include "platform/dialogs.h"
 #include "platform/host_tools.h"
+#include "platform/process_runner.h"
 #include "platform/process_services.h"
 #include "platform/settings_store.h"
 #include "zel/automation.h"
@@ -35,10 +36,12 @@ class ScriptedDialogs final : public Dialogs {
   }
   std::string input(const InputBoxRequest& request) override {
     inputs.push_back(request);
+    if (onInput) onInput(request);
     return inputAnswer.value_or(request.defaultText);
   }
   std::string save(const SaveDialogRequest& request) override {
     saves.push_back(request);
+    if (onSave) onSave(request);
     if (!savePath) throw RuntimeError::dialogCancelled();
     return *savePath;
   }
@@ -47,6 +50,8 @@ class ScriptedDialogs final : public Dialogs {
   std::optional<std::string> inputAnswer;
   std::optional<std::string> savePath;  // nothing: cancelled
   std::function<void(const MessageBoxRequest&)> onMessage;
+  std::function<void(const InputBoxRequest&)> onInput;
+  std::function<void(const SaveDialogRequest&)> onSave;
   std::vector<MessageBoxRequest> messages;
   std::vector<InputBoxRequest> inputs;
   std::vector<SaveDialogRequest> saves;
@@ -86,6 +91,28 @@ class ScriptedProcess final : public ProcessControl {
   void endRun() override { ++ends; }
   std::string fileName = "/usr/bin/planner";
   int ends = 0;
+};
+
+// Notes the programs it is asked for; what each does is told by onRun.
+class ScriptedPrograms final : public ProcessRunner {
+ public:
+  ProgramOutcome run(const ProgramCall& call, std::int32_t milliseconds,
+                     const KeepWaiting& keepWaiting) override {
+    runs.push_back(call);
+    limits.push_back(milliseconds);
+    // What the program does it has done when it is asked for the first time.
+    const ProgramOutcome outcome = onRun ? onRun(call) : ProgramOutcome{true, false, 0, {}};
+    return !keepWaiting || keepWaiting() ? outcome : ProgramOutcome{};
+  }
+  void start(const ProgramCall& call) override {
+    starts.push_back(call);
+    if (onStart) onStart(call);
+  }
+
+  std::function<ProgramOutcome(const ProgramCall&)> onRun;
+  std::function<void(const ProgramCall&)> onStart;
+  std::vector<ProgramCall> runs, starts;
+  std::vector<std::int32_t> limits;  // milliseconds, of the runs
 };
 
 // What a scripted hard stop throws in place of ending the process.

@@ -459,6 +459,8 @@ TEST_F(ProfileFormTest, EveryControlOfThePanelCanBeReached) {
                            "mnuProfileExpand",
                            "mnuPrint",
                            "mnuProfileOptions",
+                           "mnuEditCopyPicture",
+                           "mnuEditCopyValues",
                            "mnuExportBMP",
                            "mnuExportProfile",
                            "mnuExportPathLoss",

@@ -1,5 +1,7 @@
 // Failures inside the window's procedures: each is trapped under its own name and step, and what is left
 // afterwards. Settings, geodesy, terrain, texts and tools fail where the test says.
+#include <QPointer>
+
 #include "window_fixture.h"
 
 namespace zel {
@@ -279,6 +281,26 @@ TEST_F(TrapsTest, AFailedUnloadIsToldAndTheWindowIsGone) {
   EXPECT_EQ(loggedPlaces(), ":Form_Unload:0");
   EXPECT_EQ(window(), nullptr);
   EXPECT_FALSE(failingControl_.get_PFrmLoaded());
+}
+
+// The outer unload took the flags of the window that its box had shown.
+TEST_F(TrapsTest, AWindowThatIsShownInTheBoxOfAFailedUnloadStands) {
+  show();
+  const QPointer<FrmProfile> first(window());
+  failures_.at = "store";
+  dialogs_->onMessage = [this](const MessageBoxRequest&) {
+    dialogs_->onMessage = nullptr;
+    failures_.at = {};
+    show();
+  };
+  first->unload();
+  settle();
+  EXPECT_EQ(dialogs_->messages.size(), 1U);
+  EXPECT_TRUE(first.isNull());
+  ASSERT_NE(window(), nullptr);
+  EXPECT_TRUE(window()->isVisible());
+  EXPECT_TRUE(failingControl_.get_PFrmLoaded());
+  EXPECT_NE(failingControl_.get_hWnd(), 0);
 }
 
 TEST_F(TrapsTest, AFailedDrawingSetsTheFlagAndTheNextOneDrawsAgain) {

@@ -5,17 +5,15 @@
 #include <limits>
 #include <utility>
 
+#include "component/api/model_inputs.h"
 #include "component/api/path_request.h"
 #include "component/api/public_model.h"
 #include "component/api/ready_component.h"
 #include "component/api/terrain_provenance.h"
 #include "foundation/number_text.h"
-#include "models/longrice/normal_deviate.h"
 #include "models/longrice/parameter_error.h"
-#include "models/longrice/radio_climate.h"
 #include "profile/path/path_geometry.h"
 #include "profile/path_loss/free_space_loss.h"
-#include "profile/path_loss/level_deviate.h"
 #include "profile/path_loss/modeled_loss.h"
 #include "profile/sampling/height_cleanup.h"
 #include "profile/sampling/sampler_messages.h"
@@ -207,84 +205,11 @@ class LossComputation {
                                ": its antenna was taken to stand at sea level");
   }
 
-  // Each read by itself first, so that one that does not fit is refused by name.
-  ItmSettings storedParameters() {
-    constexpr auto kUser = SettingsUser::kWindowless;
-    const SettingsReader& reader = inputs_.settings();
-    for (const Setting* setting : {&settings::kItmPolarization, &settings::kItmClimate})
-      inputs_.number(*setting, [&] { return reader.int16(*setting, kUser); });
-    for (const Setting* setting :
-         {&settings::kItmPermittivity, &settings::kItmConductivity, &settings::kItmRefractivity})
-      inputs_.number(*setting, [&] { return reader.real64(*setting, kUser); });
-    for (const Setting* setting : {&settings::kItmConfidence, &settings::kItmReliability})
-      inputs_.fittingNumber(*setting, [&] { return reader.real64(*setting, kUser); });
-    return readItmSettings(reader, kUser);
-  }
-
   void takeParameters() {
-    const ItmSettings stored = storedParameters();
-    noteDefaults();
-    PathLossModelInputs& model = loss_.model;
-    model.confidence = level(stored.confidence, settings::kItmConfidence, "confidence");
-    model.reliability = level(stored.reliability, settings::kItmReliability, "reliability");
-    parameters_ = modelParameters(stored, component_.normalTable());
-    noteDeviate("confidence", model.confidence, parameters_.confidence);
-    noteDeviate("reliability", model.reliability, parameters_.reliability);
-    model.confidenceDeviate = parameters_.confidence;
-    model.reliabilityDeviate = parameters_.reliability;
-    model.polarization = stored.polarization == 0 ? Polarization::kHorizontal : Polarization::kVertical;
-    model.climate =
-        longrice::isRadioClimate(stored.climate) ? stored.climate : longrice::kContinentalTemperate;
-    model.permittivity = stored.permittivity;
-    model.conductivity = stored.conductivity;
-    model.surfaceRefractivity = stored.refractivity;
-  }
-
-  void noteDefaults() {
-    std::string missing;
-    for (const Setting* setting :
-         {&settings::kItmPolarization, &settings::kItmClimate, &settings::kItmPermittivity,
-          &settings::kItmConductivity, &settings::kItmRefractivity, &settings::kItmConfidence,
-          &settings::kItmReliability})
-      if (!inputs_.isStored(*setting)) missing += (missing.empty() ? "" : ", ") + nameOf(*setting);
-    if (!missing.empty())
-      loss_.notes.push_back("the model's defaults are used where nothing is stored: " + missing);
-  }
-
-  // The fraction in hundredths that a stored level comes to.
-  double level(double stored, const Setting& setting, const std::string& what) {
-    constexpr std::int64_t kWhole = 100;  // one past the deviates
-    const std::int64_t hundredths = levelIndex(normalisedLevel(stored));
-    if (hundredths >= kWhole)
-      throw Refusal{inputs_.settingInWords(setting) + " is " + generalNumber(stored) +
-                    ", which is read as 100 %; a " + what +
-                    " of 100 % has no loss, set 0.01 to 0.99 or the same in percent"};
-    const double fraction = static_cast<double>(hundredths) / 100;
-    const SettingRange range = *setting.range;
-    if (!(stored >= range.low && stored <= range.high)) {
-      warnOfNoLevel(setting, stored, hundredths);
-      return fraction;
-    }
-    inputs_.warnUnlessAsStored(setting, stored);
-    if (stored != fraction && stored != static_cast<double>(hundredths))
-      loss_.notes.push_back("the setting " + nameOf(setting) + ", " + generalNumber(stored) +
-                            ", is used as " + formatNumber(fraction, "0.00") +
-                            ": levels are whole percents from 1 to 99");
-    return fraction;
-  }
-
-  void warnOfNoLevel(const Setting& setting, double stored, std::int64_t percent) {
-    loss_.warnings.push_back(inputs_.settingInWords(setting) + " is " + generalNumber(stored) +
-                             ", which is no level: it is used as " + std::to_string(percent) + " %");
-  }
-
-  void noteDeviate(const std::string& what, double fraction, double deviate) {
-    const double exact = longrice::normalDeviate(fraction);
-    constexpr double kSame = 1e-9;  // of a deviate, dimensionless
-    if (std::abs(exact - deviate) < kSame) return;
-    loss_.notes.push_back("the " + what + " of " + formatNumber(fraction * 100, "0") +
-                          " % is used as the two-decimal normal deviate " + formatNumber(deviate, "0.00") +
-                          " (exactly " + formatNumber(exact, "0.0000") + ")");
+    loss_.model = takeModelInputs(inputs_, SettingsUser::kWindowless, loss_.notes, loss_.warnings);
+    parameters_ = modelParameters(readItmSettings(inputs_.settings(), SettingsUser::kWindowless),
+                                  component_.normalTable());
+    noteDeviates(parameters_, loss_.model, loss_.notes);
   }
 
   ModelPath modelPath(const Leg& leg, std::array<std::int16_t, 2> heights) const {

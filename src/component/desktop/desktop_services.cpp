@@ -3,6 +3,7 @@
 #include "component/data_folder.h"
 #include "component/desktop/desktop_dialogs.h"
 #include "component/desktop/desktop_process.h"
+#include "component/desktop/desktop_programs.h"
 #include "component/desktop/desktop_windows.h"
 #include "component/own_application.h"
 #include "zeltool/coordinates/standard_coordinate_formatter.h"
@@ -43,6 +44,7 @@ ComponentServices makeDesktopServices() {
   services.eventLoop = std::make_shared<DesktopEventLoop>();
   services.clock = std::make_shared<SystemClock>();
   services.process = std::make_shared<SystemProcess>();
+  services.programs = std::make_shared<DesktopPrograms>();
   services.hardStop = std::make_shared<AbortingHardStop>();
   const std::shared_ptr<IniSettingsStore> store = makeSettingsStore(services.dialogs);
   services.settings = store;

@@ -11,7 +11,9 @@
 #include "component/component.h"
 #include "component/desktop/desktop_dialogs.h"
 #include "component/desktop/help_file.h"
+#include "component/desktop/user_numbers.h"
 #include "component/desktop/window_application.h"
+#include "component/stored_path_export.h"
 #include "foundation/runtime_error.h"
 #include "ui/profile_window/profile_form_object.h"
 #include "ui/profile_window/window_placement.h"
@@ -95,6 +97,8 @@ ProfileWindowServices DesktopWindows::windowServices(bool shared) {
   services.errorLog = &component.log();
   services.dialogs = &component.dialogs();
   services.pointer = &component.pointer();
+  services.eventLoop = &component.eventLoop();
+  services.programs = component.programs();
   services.hardStop = &component.hardStop();
   services.units = &component.units();
   services.normalTable = &component.normalTable();
@@ -103,6 +107,7 @@ ProfileWindowServices DesktopWindows::windowServices(bool shared) {
   services.makeSampler = [&component] { return component.makeSampler(); };
   services.terrain = [&component] { return component.terrain(); };
   services.makeFormatter = [&component] { return component.makeCoordinateFormatter(); };
+  services.numbers = userNumberStyle;
   services.openOptions = [this] { showSettings(); };
   services.openHelp = [&component] { openHelp(component); };
   services.idle = [this] { deleteLater(); };
@@ -231,7 +236,24 @@ DispatchPtr DesktopWindows::newProfileForm() {
 
 // ---- Exports ----
 
-void DesktopWindows::exportData(const std::string&) { throw RuntimeError::actionNotSupported(); }
-void DesktopWindows::exportPathLoss(const std::string&) { throw RuntimeError::actionNotSupported(); }
+// Without the window there need be no graphical application.
+void DesktopWindows::exportData(const std::string& outfile) {
+  if (FrmProfile* window = loadedProfile())
+    window->lExportDataToCSV(outfile);
+  else
+    exportStoredPath(component_(), &ExportProcedures::lExportDataToCSV, outfile);
+}
+
+void DesktopWindows::exportPathLoss(const std::string& outfile) {
+  if (FrmProfile* window = loadedProfile())
+    window->lExportITMToCSV(outfile);
+  else
+    exportStoredPath(component_(), &ExportProcedures::lExportITMToCSV, outfile);
+}
+
+FrmProfile* DesktopWindows::loadedProfile() const {
+  const bool loaded = !profile_.isNull() && profile_->isLoaded() && !profile_->isUnloaded();
+  return loaded ? profile_.data() : nullptr;
+}
 
 }  // namespace zel

@@ -46,6 +46,7 @@ class DesktopWindows final : public ProfileWindows {
   FrmProfile* makeWindow(bool shared, const std::optional<FrmProfile::Path>& path = std::nullopt);
   void open(const std::optional<FrmProfile::Path>& path, const std::optional<FrmProfile::Place>& place);
   void takeSettings(const DialogSettings& values);
+  FrmProfile* loadedProfile() const;  // null without one
   void deleteLater();
   void deleteUnloaded();
 

@@ -4,13 +4,11 @@
 #include <utility>
 
 #include "automation/client_text.h"
-#include "component/services/characters.h"
+#include "component/services/save_path.h"
 #include "foundation/runtime_error.h"
 
 namespace zel {
 namespace {
-
-constexpr std::size_t kLongestFileName = 200;  // characters
 
 // Assigned before it is handed the client: an object whose hand-over fails has been made all the same.
 template <typename Tool>
@@ -19,20 +17,6 @@ void make(std::unique_ptr<Tool>& tool, const std::function<std::unique_ptr<Tool>
   tool = factory();
   if (tool == nullptr) throw RuntimeError::objectVariableNotSet();
   tool->SetClientApp(client);
-}
-
-// The path from a save dialog; empty when it was cancelled.
-std::string chosenPath(Dialogs& dialogs, const SaveDialogRequest& request) {
-  std::string path;
-  try {
-    path = dialogs.save(request);
-  } catch (const RuntimeError& error) {
-    if (error.number() != RuntimeError::dialogCancelled().number()) throw;
-    return {};
-  }
-  if (characterCount(path) > kLongestFileName)
-    path = std::string(firstCharacters(path, kLongestFileName)) + request.defaultExtension;
-  return path;
 }
 
 }  // namespace
@@ -124,15 +108,15 @@ double HostServices::Max(double a, double b) {
 
 std::string HostServices::GetCSVDialog() {
   return module_.run(":GetCSVDialog:", [this] {
-    return chosenPath(dialogs_, {"Save to 'Comma Separated Value' File", ".csv",
-                                 "Comma Separated Value (*.csv)|*.csv", true, true});
+    return chosenSavePath(dialogs_, {"Save to 'Comma Separated Value' File", ".csv",
+                                     "Comma Separated Value (*.csv)|*.csv", true, true});
   });
 }
 
 std::string HostServices::GetPNGDialog() {
   return module_.run(":GetPNGDialog:", [this] {
     // The word Bitmap beside the extension .png is meant.
-    return chosenPath(dialogs_, {"Save to Bitmap File", ".png", "Bitmap (*.png)|*.png", true, true});
+    return chosenSavePath(dialogs_, {"Save to Bitmap File", ".png", "Bitmap (*.png)|*.png", true, true});
   });
 }
 

@@ -33,6 +33,11 @@ struct ModuleState {
   std::int32_t profileWindowHandle = 0;  // 0 while no window is loaded
   bool bProfileFailed = false;
 
+  // What was last answered when a signal graph asked, offered at the next.
+  double graphErp = 0;                  // kW
+  double graphLongleyRiceClutter = 0;   // dB
+  double graphPointToPointClutter = 0;  // dB
+
   std::string linkBudgetLoss;       // dB, as the profile window shows the modeled loss
   std::string helperProgramFolder;  // the first string of the ToolApplication, refreshed by SetClientApp
   std::string coordinateFormat;     // the second

@@ -265,20 +265,23 @@ inline constexpr Setting kPtpConductivity{"PTP",
                                           "S/m",
                                           "conductivity of the ground",
                                           SettingRange{0, 100}};
-inline constexpr Setting kPtpClutterCategory{"PTP",
-                                             "ClutterCategory",
-                                             SettingType::kInt16,
-                                             "0",
-                                             "",
-                                             "clutter category of the ground cover: 0 none",
-                                             SettingRange{0, 99}};
-inline constexpr Setting kPtpClutterHeight{"PTP",
-                                           "ClutterHeight",
-                                           SettingType::kReal64,
-                                           "0",
-                                           "m",
-                                           "clutter height above ground",
-                                           SettingRange{0, 100}};
+inline constexpr Setting kPtpClutterCategory{
+    "PTP",
+    "ClutterCategory",
+    SettingType::kInt16,
+    "0",
+    "",
+    "ground cover around the antennas: 0 none, 1 water, 2 open, 3 suburban, "
+    "4 urban or forest, 5 dense urban",
+    SettingRange{0, 5}};
+inline constexpr Setting kPtpClutterHeight{
+    "PTP",
+    "ClutterHeight",
+    SettingType::kReal64,
+    "0",
+    "m",
+    "height of the ground cover above ground, 0 for the category's own",
+    SettingRange{0, 100}};
 
 // The link budget's own inputs; it reads and keeps them itself, by these keys and in these ranges.
 inline constexpr Setting kBudgetTxPower{"LinkBudget",

@@ -19,6 +19,7 @@
 #include "ui/profile_window/control_panel.h"
 #include "ui/profile_window/panel_inputs.h"
 #include "ui/profile_window/picture_box.h"
+#include "ui/profile_window/progress_row.h"
 #include "ui/profile_window/window_placement.h"
 
 namespace zel {
@@ -112,6 +113,8 @@ FrmProfile::FrmProfile(ProfileWindowServices services, const SettingsReader& set
   caption->setBuddy(slider_);
   clearance_ = new ClearanceRow(surface);
   clearance_->setObjectName(QStringLiteral("clearanceRow"));
+  progress_ = new ProgressRow(surface);
+  progress_->setObjectName(QStringLiteral("progressRow"));
   panel_ = new ControlPanel(surface);
   setCentralWidget(surface);
   setMinimumSize(kWidth, kLeastHeight);
@@ -131,7 +134,9 @@ FrmProfile::FrmProfile(ProfileWindowServices services, const SettingsReader& set
   connectPanel();
   connectPicture();
   QWidget::setTabOrder(picture_, slider_);
-  QWidget::setTabOrder(slider_, panel_->tbxAnt1AGL);
+  QWidget::setTabOrder(slider_, progress_);
+  QWidget::setTabOrder(progress_, panel_->tbxAnt1AGL);
+  showWhatCanBeDone();
 }
 
 FrmProfile::~FrmProfile() {
@@ -139,59 +144,51 @@ FrmProfile::~FrmProfile() {
   unload();
 }
 
-void FrmProfile::buildMenus() {
-  const auto add = [this](QMenu* menu, const char* name, const QString& text, const QString& tip,
-                          const QKeySequence& keys, std::function<void()> action) {
-    QAction* item = menu->addAction(text);
-    item->setObjectName(QLatin1String(name));
-    item->setStatusTip(tip);
-    item->setToolTip(tip);
-    item->setShortcut(keys);
-    if (action) {
-      connect(item, &QAction::triggered, this, [action = std::move(action)] { action(); });
-    } else {
-      item->setEnabled(false);
-    }
-    actions_.insert_or_assign(name, item);
-    return item;
-  };
+// An item without an action cannot be chosen.
+QAction* FrmProfile::addItem(QMenu* menu, const char* name, const QString& text, const QString& tip,
+                             const QKeySequence& keys, std::function<void()> action) {
+  QAction* item = menu->addAction(text);
+  item->setObjectName(QLatin1String(name));
+  item->setStatusTip(tip);
+  item->setToolTip(tip);
+  item->setShortcut(keys);
+  if (action) {
+    connect(item, &QAction::triggered, this, [action = std::move(action)] { action(); });
+  } else {
+    item->setEnabled(false);
+  }
+  actions_.insert_or_assign(name, item);
+  return item;
+}
 
+void FrmProfile::buildMenus() {
   QMenu* profile = menuBar()->addMenu(tr("&Profile"));
   profile->setObjectName(QStringLiteral("mnuProfile"));
   profile->setToolTipsVisible(true);
-  add(profile, "mnuProfileLinkBudget", tr("&Link Budget"), tr("Take the modeled loss into a link budget"),
-      QKeySequence(Qt::CTRL | Qt::Key_L), [this] { mnuProfileLinkBudget_Click(); });
-  add(profile, "mnuProfileExpand", tr("&Expand"), tr("Show the stretch between the two markers"),
-      QKeySequence(Qt::CTRL | Qt::Key_E), [this] { mnuProfileExpand_Click(); });
-  add(profile, "mnuPrint", tr("&Print"), tr("Print the profile on one page"),
-      QKeySequence(QKeySequence::Print), {});
-  add(profile, "mnuProfileOptions", tr("&Options"), tr("Edit the settings of the profiler"),
-      QKeySequence(Qt::CTRL | Qt::Key_Comma), [this] { mnuProfileOptions_Click(); });
+  addItem(profile, "mnuProfileLinkBudget", tr("&Link Budget"), tr("Take the modeled loss into a link budget"),
+          QKeySequence(Qt::CTRL | Qt::Key_L), [this] { mnuProfileLinkBudget_Click(); });
+  addItem(profile, "mnuProfileExpand", tr("&Expand"), tr("Show the stretch between the two markers"),
+          QKeySequence(Qt::CTRL | Qt::Key_E), [this] { mnuProfileExpand_Click(); });
+  addItem(profile, "mnuPrint", tr("&Print"), tr("Print the profile on one page"),
+          QKeySequence(QKeySequence::Print), {});
+  addItem(profile, "mnuProfileOptions", tr("&Options"), tr("Edit the settings of the profiler"),
+          QKeySequence(Qt::CTRL | Qt::Key_Comma), [this] { mnuProfileOptions_Click(); });
   profile->addSeparator();
-  add(profile, "mnuProfileClose", tr("&Close"), tr("Close this window"), QKeySequence(Qt::CTRL | Qt::Key_W),
-      [this] { cmdExit_Click(); });
+  addItem(profile, "mnuProfileClose", tr("&Close"), tr("Close this window"),
+          QKeySequence(Qt::CTRL | Qt::Key_W), [this] { cmdExit_Click(); });
 
-  QMenu* exports = menuBar()->addMenu(tr("E&xport"));
-  exports->setObjectName(QStringLiteral("mnuExport"));
-  exports->setToolTipsVisible(true);
-  add(exports, "mnuExportBMP", tr("Path to &BMP..."), tr("Save the plot as a picture"), {}, {});
-  add(exports, "mnuExportProfile", tr("&Height Profile"), tr("Save the heights along the path"), {}, {});
-  add(exports, "mnuExportPathLoss", tr("&End-of-Path Loss"), tr("Save the table of modeled losses"), {}, {});
-  add(exports, "mnuExportPathLossGraph", tr("Path Loss &Graph"), {}, {}, {});
-  add(exports, "mnuExportPathSignalGraph", tr("Path &Signal Graph"),
-      tr("Draw the signal along the path with gnuplot"), {}, {});
-  add(exports, "mnuExportPathLossProfile", tr("Path &Loss Profile"), tr("Save the signal along the path"), {},
-      {});
+  buildEditMenu();
+  buildExportMenu();
 
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   help->setObjectName(QStringLiteral("mnuHelp"));
-  add(help, "mnuHelpGuide", tr("&User's Guide"), tr("Open the guide"),
-      QKeySequence(QKeySequence::HelpContents), [this] {
-        procedure(":mnuHelpGuide_Click:", [this] {
-          if (services_.openHelp) services_.openHelp();
-        });
-      });
-  add(help, "mnuHelpAbout", tr("&About"), tr("Show the version"), {}, [this] {
+  addItem(help, "mnuHelpGuide", tr("&User's Guide"), tr("Open the guide"),
+          QKeySequence(QKeySequence::HelpContents), [this] {
+            procedure(":mnuHelpGuide_Click:", [this] {
+              if (services_.openHelp) services_.openHelp();
+            });
+          });
+  addItem(help, "mnuHelpAbout", tr("&About"), tr("Show the version"), {}, [this] {
     procedure(":mnuHelpAbout_Click:", [this] {
       services_.dialogs->message({tr("Terrain Profile").toStdString() + "\r\n" + version_,
                                   {},
@@ -328,6 +325,7 @@ void FrmProfile::Form_Load() {
   readouts_.show(readout::kExpandCaption, "Expand");
   state_.flags.resample = true;
   state_.flags.loading = false;
+  showWhatCanBeDone();
 }
 
 void FrmProfile::makeProcedures() {
@@ -430,6 +428,7 @@ void FrmProfile::layOutParts() {
   const int clearanceLeft = sliderLeft + sliderWidth + 3 * kMargin;
   clearance_->setGeometry(clearanceLeft, rowTop, std::max(1, room.width() - clearanceLeft - kMargin),
                           kSliderRow);
+  progress_->setGeometry(0, rowTop, room.width(), kSliderRow);
 
   const int panelHeight = std::clamp(panel_->minimumSizeHint().height(), kPanelHeight, kPanelRoom);
   panel_->setGeometry(kPanelNarrower / 2, rowTop + kSliderRow, room.width() - kPanelNarrower, panelHeight);

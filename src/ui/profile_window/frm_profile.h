@@ -5,6 +5,9 @@
 // ui/plot, what a typed text means in panel_inputs. Here is when they run: load order, layout, timers, focus,
 // menus. Every procedure runs under the trap of "frmProfile", under its given name.
 //
+// A long export handles events at each sample: everything in the window can be used meanwhile but the menu of
+// the exports, and a window that is unloaded cancels it.
+//
 // A window is made, opened and unloaded once. It is never deleted while one of its procedures is running: a
 // box that a procedure shows handles events, and those may unload the window. The owner asks busy() and is
 // told when it has become false.
@@ -24,6 +27,8 @@
 #include <utility>
 
 #include "component/services/host_services.h"
+#include "export/export_procedures.h"
+#include "foundation/number_text.h"
 #include "platform/datum_shift.h"
 #include "profile/settings/dialog_settings.h"
 #include "profile/view_state/clearance_readout.h"
@@ -33,6 +38,7 @@
 
 class QAction;
 class QKeyEvent;
+class QMenu;
 class QSlider;
 
 namespace zel {
@@ -40,6 +46,7 @@ namespace zel {
 class ClearanceRow;
 class ControlPanel;
 class PictureBox;
+class ProgressRow;
 
 struct ProfileWindowServices {
   ModuleState* module = nullptr;  // the component's
@@ -51,6 +58,8 @@ struct ProfileWindowServices {
   ErrorLog* errorLog = nullptr;
   Dialogs* dialogs = nullptr;
   Pointer* pointer = nullptr;
+  EventLoop* eventLoop = nullptr;
+  ProcessRunner* programs = nullptr;  // may be null: no program can be started
   HardStop* hardStop = nullptr;
   const UnitsTable* units = nullptr;
   const NormalTable* normalTable = nullptr;
@@ -59,6 +68,7 @@ struct ProfileWindowServices {
   std::function<std::unique_ptr<TerrainSampler>()> makeSampler;
   std::function<std::shared_ptr<TerrainData>()> terrain;
   std::function<std::unique_ptr<CoordinateFormatter>()> makeFormatter;
+  std::function<NumberStyle()> numbers;  // of the user's locale, asked for at each export
 
   std::function<void()> openOptions;  // the settings dialog, until it is closed
   std::function<void()> openHelp;
@@ -131,6 +141,20 @@ class FrmProfile final : public QMainWindow {
   void mnuProfileExpand_Click();
   void mnuProfileLinkBudget_Click();
   void mnuProfileOptions_Click();
+  void mnuEditCopyPicture_Click();
+  void mnuEditCopyValues_Click();
+  std::string GetBMPDialog();  // the path of a new bitmap file; empty when the user cancels
+  void mnuExportBMP_Click();
+  void mnuExportProfile_Click();
+  void mnuExportPathLoss_Click();
+  void mnuExportPathLossGraph_Click();
+  void mnuExportPathSignalGraph_Click();
+  void mnuExportPathLossProfile_Click();
+  // What was typed is taken and drawn first. The latter two are refused (error 1102) while one of them runs.
+  void lExportDataToCSV(const std::string& outfile);
+  void lExportITMToCSV(const std::string& outfile);
+  void lExportSignalProfileToCSV(const std::string& outfile);
+  void lMakeGNUSignalPlot(const std::string& outfile);
   void tbxAntAGL_Change(int station);  // 0 start, 1 end
   void tbxFreq_Change();
   void tbxFreq_Validate();
@@ -196,6 +220,21 @@ class FrmProfile final : public QMainWindow {
     FrmProfile& window_;
   };
 
+  // A long export is on the stack: its progress is shown and no other is begun.
+  class LongExport;
+
+  // The host's event loop as a long export uses it: its progress is seen before the first events are handled,
+  // after which another program may be waited for.
+  class ExportEvents final : public EventLoop {
+   public:
+    explicit ExportEvents(FrmProfile& window) : window_(window) {}
+    void postQuit(int exitCode) override { window_.services_.eventLoop->postQuit(exitCode); }
+    void processPending() override;
+
+   private:
+    FrmProfile& window_;
+  };
+
   // Runs what needs a loaded window, kept alive meanwhile.
   template <typename Body>
   void act(Body&& body) {
@@ -214,7 +253,12 @@ class FrmProfile final : public QMainWindow {
     });
   }
 
+  QAction* addItem(QMenu* menu, const char* name, const QString& text, const QString& tip,
+                   const QKeySequence& keys, std::function<void()> action);
   void buildMenus();
+  void buildEditMenu();
+  void buildExportMenu();
+  void showWhatCanBeDone();
   void connectPanel();
   void connectPicture();
   void bindReadouts();
@@ -243,6 +287,12 @@ class FrmProfile final : public QMainWindow {
   bool pictureKey(const QKeyEvent& key);
   void strobeTo(double x);
   void deleteMarker(bool both);
+  void bringUpToDate();
+  ExportProcedures exports();
+  template <typename Export>
+  void runLong(std::string_view name, const QString& what, const Export& run);
+  bool exportGoesOn(std::int32_t done, std::int32_t all);
+  void showProgressRow(bool shown);
 
   ProfileWindowServices services_;
   SettingsReader settings_;
@@ -251,6 +301,7 @@ class FrmProfile final : public QMainWindow {
   TrappedModule trapped_;
   Readouts readouts_;
   DeferredDatumShift datumShift_;
+  ExportEvents exportEvents_{*this};
   std::unique_ptr<TerrainSampler> sampler_;
   std::unique_ptr<CoordinateFormatter> formatter_;
   Path path_;
@@ -264,6 +315,7 @@ class FrmProfile final : public QMainWindow {
   PictureBox* picture_;
   QSlider* slider_;
   ClearanceRow* clearance_;
+  ProgressRow* progress_;  // in the place of the slider and the clearance
   ControlPanel* panel_;
   std::map<std::string, QAction*, std::less<>> actions_;
 
@@ -271,6 +323,7 @@ class FrmProfile final : public QMainWindow {
   bool loaded_ = false;
   bool opened_ = false;
   bool unloaded_ = false;
+  bool exporting_ = false;      // a long one
   bool redrawWanted_ = false;   // during a drawing
   bool reloadWanted_ = false;   // the same
   bool leftForOwnBox_ = false;  // the window became inactive because of a box of this program

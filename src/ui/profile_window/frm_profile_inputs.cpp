@@ -564,6 +564,7 @@ void FrmProfile::deleteMarker(bool both) {
 
 void FrmProfile::afterDrawing() {
   picture_->update();
+  showWhatCanBeDone();
   if (state_.flags.resample || state_.flags.profileError) return;
   pathClearance_ = pathClearance(state_);
   clearance_->showPath(QString::fromStdString(pathClearanceText(state_, pathClearance_)),

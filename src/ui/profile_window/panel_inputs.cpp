@@ -1,13 +1,10 @@
 #include "ui/profile_window/panel_inputs.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 #include "foundation/leading_number.h"
 #include "foundation/number_text.h"
 #include "foundation/rounding.h"
-#include "foundation/runtime_error.h"
 #include "foundation/text.h"
 #include "profile/real32.h"
 
@@ -28,16 +25,6 @@ constexpr Range kDeferredAntennaHeight{0, 750};  // metres
 
 double within(double value, Range range) { return std::max(std::min(value, range.high), range.low); }
 
-// A number too large for any float is above every maximum, or below every minimum.
-double numberIn(std::string_view text) {
-  try {
-    return leadingNumber(text);
-  } catch (const RuntimeError&) {
-    const bool negative = trimmed(text).starts_with('-');
-    return negative ? -std::numeric_limits<double>::infinity() : std::numeric_limits<double>::infinity();
-  }
-}
-
 TypedState stateOf(double value, Range range, TypedWhen when) {
   if (value > range.high || value <= 0) return TypedState::kClamped;
   if (value >= range.low) return TypedState::kAccepted;
@@ -50,7 +37,7 @@ bool isEmpty(std::string_view text) { return trimmed(text).empty(); }
 
 TypedValue<std::int16_t> typedAntennaHeight(std::string_view text, const DisplayUnit& unit, TypedWhen when) {
   if (isEmpty(text)) return {};
-  const double shown = numberIn(text);
+  const double shown = typedNumber(text);
   // Decided on whole metres, so that the text of a limit in feet is itself within it.
   const double metres = shown > 0 ? roundHalfEven(std::min(shown / unit.factor, 1e6)) : shown;
   TypedValue<std::int16_t> typed;
@@ -64,7 +51,7 @@ TypedValue<std::int16_t> typedAntennaHeight(std::string_view text, const Display
 
 TypedValue<float> typedFrequency(std::string_view text, TypedWhen when) {
   if (isEmpty(text)) return {};
-  const double mhz = numberIn(text);
+  const double mhz = typedNumber(text);
   TypedValue<float> typed{stateOf(mhz, kFrequency, when), toReal32(within(mhz, kFrequency)), {}};
   typed.text = frequencyText(typed.value);
   return typed;
@@ -72,7 +59,7 @@ TypedValue<float> typedFrequency(std::string_view text, TypedWhen when) {
 
 TypedValue<float> typedFresnelFraction(std::string_view text, TypedWhen when) {
   if (isEmpty(text)) return {};
-  const double fraction = numberIn(text) / 100;
+  const double fraction = typedNumber(text) / 100;
   TypedValue<float> typed{
       stateOf(fraction, kFresnelFraction, when), toReal32(within(fraction, kFresnelFraction)), {}};
   typed.text = percentText(typed.value);
@@ -81,7 +68,7 @@ TypedValue<float> typedFresnelFraction(std::string_view text, TypedWhen when) {
 
 TypedValue<float> typedCurve(std::string_view text) {
   if (isEmpty(text)) return {};
-  TypedValue<float> typed{TypedState::kClamped, toReal32(within(numberIn(text), kCurve)), {}};
+  TypedValue<float> typed{TypedState::kClamped, toReal32(within(typedNumber(text), kCurve)), {}};
   typed.text = curveText(typed.value);
   return typed;
 }

@@ -181,10 +181,11 @@ class ControlObject final : public Dispatch {
     refuse(member, "called");
   }
 
+  // A menu item belongs to its menu, which belongs to the window.
   bool windowIsUnloaded() const {
-    const auto* window = dynamic_cast<const FrmProfile*>(
-        as<QAction>() != nullptr ? control_->parent() : static_cast<QObject*>(as<QWidget>()->window()));
-    return window != nullptr && window->isUnloaded();
+    const QObject* owner = control_.data();
+    while (owner != nullptr && dynamic_cast<const FrmProfile*>(owner) == nullptr) owner = owner->parent();
+    return owner != nullptr && static_cast<const FrmProfile*>(owner)->isUnloaded();
   }
 
   QPointer<QObject> control_;
@@ -280,6 +281,18 @@ class ProfileFormObject final : public Dispatch {
     });
   }
 
+  // Takes the path of the file.
+  void exportTo(const std::string& name, void (FrmProfile::*body)(const std::string&)) {
+    members_.push_back({name, {}, {}, [this, name, body](Arguments arguments) {
+                          if (arguments.size() != 1)
+                            fail(AutomationErrorCode::kWrongArgumentCount,
+                                 "member '" + name + "' takes one argument, the file's path");
+                          const std::string outfile = arguments.front().toText();
+                          (loaded().*body)(outfile);
+                          return AutomationValue();
+                        }});
+  }
+
   void addProperties() {
     property(
         "Caption", [](FrmProfile& window) { return AutomationValue(window.windowTitle().toStdString()); },
@@ -357,6 +370,18 @@ class ProfileFormObject final : public Dispatch {
     procedure("mnuProfileLinkBudget_Click", &FrmProfile::mnuProfileLinkBudget_Click);
     procedure("mnuProfileOptions_Click", &FrmProfile::mnuProfileOptions_Click);
     procedure("cmdExit_Click", &FrmProfile::cmdExit_Click);
+    procedure("mnuEditCopyPicture_Click", &FrmProfile::mnuEditCopyPicture_Click);
+    procedure("mnuEditCopyValues_Click", &FrmProfile::mnuEditCopyValues_Click);
+    procedure("mnuExportBMP_Click", &FrmProfile::mnuExportBMP_Click);
+    procedure("mnuExportProfile_Click", &FrmProfile::mnuExportProfile_Click);
+    procedure("mnuExportPathLoss_Click", &FrmProfile::mnuExportPathLoss_Click);
+    procedure("mnuExportPathLossGraph_Click", &FrmProfile::mnuExportPathLossGraph_Click);
+    procedure("mnuExportPathSignalGraph_Click", &FrmProfile::mnuExportPathSignalGraph_Click);
+    procedure("mnuExportPathLossProfile_Click", &FrmProfile::mnuExportPathLossProfile_Click);
+    exportTo("lExportDataToCSV", &FrmProfile::lExportDataToCSV);
+    exportTo("lExportITMToCSV", &FrmProfile::lExportITMToCSV);
+    exportTo("lExportSignalProfileToCSV", &FrmProfile::lExportSignalProfileToCSV);
+    exportTo("lMakeGNUSignalPlot", &FrmProfile::lMakeGNUSignalPlot);
     method("cmdClear1_Click", [](FrmProfile& window) {
       window.cmdClear_Click(0);
       return AutomationValue();

@@ -1,14 +1,20 @@
 // A profile window of a host's own, reached by the names of its members.
 //
 // Members, case ignored:
-//   Caption, Visible, Left, Top, Width, Height (twips), hWnd        properties; hWnd is read only
-//   Contour                                                         the terrain source is Con_TRes; set
-//   before Show Show, Hide, Unload                                              the window is made at the
-//   first need and anew
-//                                                                   after Unload
-//   InitFromRegistry, SetDistanceLabels, SetStartEndPointLabels, ValidateInfo, LoadFormSettings, DoPreCalc,
-//   MinMaxAv, drawLine, UpdateModeledLoss, MenuHeight, WindowTitleHeight (twips), mnuProfileExpand_Click,
-//   mnuProfileLinkBudget_Click, mnuProfileOptions_Click, cmdClear1_Click, cmdClear2_Click, cmdExit_Click
+//   Caption, Visible                     properties
+//   Left, Top, Width, Height             properties, twips
+//   hWnd                                 property, read only
+//   Contour                              property: the terrain source is Con_TRes; set before Show
+//   Show, Hide, Unload                   the window is made at the first need, and anew after Unload
+//   InitFromRegistry, SetDistanceLabels, SetStartEndPointLabels, ValidateInfo, LoadFormSettings,
+//   DoPreCalc, MinMaxAv, drawLine, UpdateModeledLoss
+//   MenuHeight, WindowTitleHeight        give twips
+//   lExportDataToCSV, lExportITMToCSV, lExportSignalProfileToCSV, lMakeGNUSignalPlot
+//                                        take the path of the file; a window that is not shown will do
+//   cmdClear1_Click, cmdClear2_Click, cmdExit_Click, mnuProfileExpand_Click, mnuProfileLinkBudget_Click,
+//   mnuProfileOptions_Click, mnuEditCopyPicture_Click, mnuEditCopyValues_Click, mnuExportBMP_Click,
+//   mnuExportProfile_Click, mnuExportPathLoss_Click, mnuExportPathLossGraph_Click,
+//   mnuExportPathSignalGraph_Click, mnuExportPathLossProfile_Click
 //   every control and menu item by its name; control arrays with an index, optCurve(0)
 //
 // A control is an object with Name, Text (boxes and labels), Caption (labels, buttons, frames, menu items),

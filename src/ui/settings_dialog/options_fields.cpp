@@ -62,16 +62,6 @@ std::size_t characters(std::string_view text) {
       std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
 }
 
-// A number too large for any float is beyond every range.
-double numberIn(std::string_view text) {
-  try {
-    return leadingNumber(text);
-  } catch (const RuntimeError&) {
-    constexpr double kBeyond = std::numeric_limits<double>::infinity();
-    return trimmed(text).starts_with('-') ? -kBeyond : kBeyond;
-  }
-}
-
 std::string plainText(const BoxRule& rule, double value) {
   return isWhole(rule) ? std::to_string(toInt16(value)) : shortestNumber(toReal32(value));
 }
@@ -102,7 +92,7 @@ std::optional<OptionsEntry> typedEntry(OptionsBox box, std::string_view text) {
 OptionsEntry clampedEntry(OptionsBox box, std::string_view text) {
   const BoxRule& rule = ruleOf(box);
   const SettingRange range = *rule.setting->range;
-  const double clamped = std::max(std::min(numberIn(text), range.high), range.low);
+  const double clamped = std::max(std::min(typedNumber(text), range.high), range.low);
   return entryOf(rule, narrowed(rule, clamped), text);
 }
 

@@ -72,6 +72,25 @@ TEST(SphericalEarth, GoesOverFromNoLossToTheMarginalOneWithoutAStep) {
   EXPECT_GT(before, 50);
 }
 
+TEST(SphericalEarth, TheCurvesOfDistanceAndHeightMeetWhereOneTakesOverFromTheOther) {
+  // The printed curves of distance meet to 0.003 dB at X = 1.6, those of height to 0.02 dB at B = 2. Steps of
+  // a hundred thousandth change them by less than 0.001 dB.
+  const SphericalEarth earth({}, 450, kRadius);
+  const auto greatestStep = [](double from, const auto& loss) {
+    double before = loss(from), greatest = 0;
+    for (double at = from; at < 4 * from; at *= 1.00001) {
+      const double now = loss(at);
+      greatest = std::max(greatest, std::abs(now - before));
+      before = now;
+    }
+    return greatest;
+  };
+  // X is 1.6 at 39.8 km, B is 2 at 72.6 m.
+  EXPECT_LT(greatestStep(20, [&](double km) { return earth.firstTermLoss(km, 30, 10, kRadius); }), 0.004);
+  EXPECT_LT(greatestStep(30, [&](double metres) { return earth.firstTermLoss(100, metres, 10, kRadius); }),
+            0.021);
+}
+
 TEST(SphericalEarth, IsTheSameInBothDirections) {
   Random random(31);
   for (int run = 0; run < 1000; ++run) {

@@ -68,10 +68,15 @@ def normalized_admittance(ground, radius, frequency, figures):
     return horizontal * (ground.permittivity ** 2 + loss ** 2) ** 0.5 if ground.vertical else horizontal
 
 
+def ground_factor(k):
+    """beta of the normalized admittance."""
+    return (1 + 1.6 * k ** 2 + 0.67 * k ** 4) / (1 + 4.5 * k ** 2 + 1.53 * k ** 4)
+
+
 def first_term(distance, h1, h2, radius, frequency, ground, figures=PRINTED):
     """-20 log E/E0 of the first term of the residue series, section 3.1.1.2."""
     k = normalized_admittance(ground, radius, frequency, figures)
-    beta = (1 + 1.6 * k ** 2 + 0.67 * k ** 4) / (1 + 4.5 * k ** 2 + 1.53 * k ** 4)
+    beta = ground_factor(k)
     x = beta * figures.length(radius, frequency) * distance
     if x < 1.6:
         field = -20 * math.log10(x) - 5.6488 * x ** 1.425

@@ -85,6 +85,23 @@ class SphericalEarth(unittest.TestCase):
         # beta goes to the ratio of the first zero of Ai' (1.01879) to that of Ai.
         self.assertAlmostEqual(0.67 / 1.53, 1.01879 / AIRY_ZEROS[0], delta=0.005)
 
+    def test_ground_of_any_admittance_has_the_attenuation_of_its_first_mode(self):
+        # The printed ratio stands for the root of the mode equation W'(t) = q W(t); its figure is read to some hundredths. |q| K is 2^(-1/3). For
+        # ground that conducts rather than insulates, q lies half way between the axes. dt/dq = 1 / (t - q^2) from the first zero of Ai'.
+        for admittance in (0.02, 0.1, 0.3, 0.5, 0.7, 1.0, 1.5, 3.0, 10.0):
+            end = cmath.exp(0.25j * math.pi) * 2 ** (-1 / 3) / admittance
+            root, q, steps = 1.018792972 * cmath.exp(1j * math.pi / 3), 0j, 4000
+            width = end / steps
+            for _ in range(steps):
+                k1 = 1 / (root - q * q)
+                k2 = 1 / (root + width / 2 * k1 - (q + width / 2) ** 2)
+                k3 = 1 / (root + width / 2 * k2 - (q + width / 2) ** 2)
+                q += width
+                k4 = 1 / (root + width * k3 - q * q)
+                root += width / 6 * (k1 + 2 * k2 + 2 * k3 + k4)
+            decibels = 20 * math.log10(math.e) * root.imag
+            self.assertAlmostEqual(model.ground_factor(admittance), decibels / 17.6, delta=0.04, msg=str(admittance))
+
     def test_printed_constants_are_those_of_the_definitions(self):
         for path in paths.examples()[:200]:
             printed, exact = (model.evaluate(path, figures) for figures in (model.PRINTED, model.EXACT))

@@ -1,0 +1,69 @@
+#include "command_line/long_work.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <array>
+#include <cmath>
+#include <csignal>
+#include <iostream>
+#include <utility>
+
+namespace zel::host {
+namespace {
+
+constexpr std::chrono::milliseconds kBetweenLines{100};
+constexpr double kLeastSeconds = 0.05;  // before a rate means anything
+constexpr std::array kAsking = {SIGINT, SIGTERM};
+
+volatile std::sig_atomic_t asked = 0;
+std::array<struct sigaction, kAsking.size()> before{};
+
+void note(int) { asked = 1; }
+
+}  // namespace
+
+std::string progressText(const std::string& title, std::int32_t done, std::int32_t all, double seconds) {
+  const std::int64_t percent = all > 0 ? std::int64_t{100} * done / all : 100;
+  std::string text = title + ": " + std::to_string(done) + " of " + std::to_string(all) + " samples, " +
+                     std::to_string(percent) + " %";
+  if (seconds >= kLeastSeconds) text += ", " + std::to_string(std::llround(done / seconds)) + " samples/s";
+  return text;
+}
+
+LongWork::LongWork(std::string title) : title_(std::move(title)), onTerminal_(isatty(STDERR_FILENO) != 0) {
+  asked = 0;
+  struct sigaction once {};
+  once.sa_handler = note;
+  once.sa_flags = static_cast<int>(SA_RESETHAND);
+  sigemptyset(&once.sa_mask);
+  for (std::size_t i = 0; i < kAsking.size(); ++i) {
+    sigaction(kAsking[i], nullptr, &before[i]);
+    // Who is told to ignore it, as a job in the background is, goes on doing so.
+    if (before[i].sa_handler != SIG_IGN) sigaction(kAsking[i], &once, nullptr);
+  }
+}
+
+LongWork::~LongWork() {
+  for (std::size_t i = 0; i < kAsking.size(); ++i) sigaction(kAsking[i], &before[i], nullptr);
+  if (shown_) std::cerr << "\r\x1b[K" << std::flush;
+}
+
+bool LongWork::interrupted() { return asked != 0; }
+
+bool LongWork::advance(std::int32_t done, std::int32_t all) {
+  if (onTerminal_) {
+    const Clock::time_point now = Clock::now();
+    if (now - lastShown_ >= kBetweenLines) show(done, all, now);
+  }
+  return !interrupted();
+}
+
+void LongWork::show(std::int32_t done, std::int32_t all, Clock::time_point now) {
+  const double seconds = std::chrono::duration<double>(now - begin_).count();
+  std::cerr << '\r' << progressText(title_, done, all, seconds) << "\x1b[K" << std::flush;
+  lastShown_ = now;
+  shown_ = true;
+}
+
+}  // namespace zel::host

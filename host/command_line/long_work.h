@@ -1,0 +1,39 @@
+// A long piece of work: how far it has come, on standard error where that is a terminal, and Ctrl+C.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace zel::host {
+
+// While it lives the first Ctrl+C, or another program's request to end, is noted and asks the work to stop; a
+// second one ends the program at once. One at a time.
+class LongWork {
+ public:
+  explicit LongWork(std::string title);
+  ~LongWork();
+  LongWork(const LongWork&) = delete;
+  LongWork& operator=(const LongWork&) = delete;
+
+  // So many of all are done. False when the work is to stop.
+  bool advance(std::int32_t done, std::int32_t all);
+  // Whether it was asked to stop.
+  static bool interrupted();
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void show(std::int32_t done, std::int32_t all, Clock::time_point now);
+
+  std::string title_;
+  bool onTerminal_;
+  bool shown_ = false;
+  Clock::time_point begin_ = Clock::now();
+  Clock::time_point lastShown_;
+};
+
+// "signal profile: 1200 of 5000 samples, 24 %, 20000 samples/s"; the rate is left out while it is not known.
+std::string progressText(const std::string& title, std::int32_t done, std::int32_t all, double seconds);
+
+}  // namespace zel::host

@@ -1,0 +1,306 @@
+// The signal graph's procedure: prompts, the point-to-point program, the files, gnuplot.
+//
+// What is left on the disk:
+//   a check, a prompt or the settings end it   nothing is touched
+//   cancelled, or failed before the plot data is written: no result of the point-to-point program, a model
+//     that fails, no room or right             data, script and result file stay as they were
+//   the script cannot be written               the new data and result file, the old script
+//   gnuplot cannot be started, or, where it is waited for, makes none or is ended   the three new files, and
+//     the picture that was there
+// Scratch file and companion are gone in every case.
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "component/services/scratch_file.h"
+#include "export/export_procedures.h"
+#include "export/export_run.h"
+#include "export/gnuplot_script.h"
+#include "export/path_models.h"
+#include "export/set_aside.h"
+#include "export/text_file.h"
+#include "foundation/leading_number.h"
+#include "foundation/text.h"
+
+namespace zel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::int32_t kFewestSamples = 3;
+constexpr std::int32_t kLongestRun = 60000;  // milliseconds
+constexpr double kMetresPerKm = 1000;
+constexpr std::string_view kPointToPointProgram = "vexptp.exe";
+
+RuntimeError explained(const RuntimeError& error, const std::string& reason) {
+  return {error.number(), error.description() + ": " + reason};
+}
+
+// Unlike a leading number: any other text is an error. The decimal separator is the user's or a point.
+double strictNumber(std::string text, const NumberStyle& numbers) {
+  if (const std::size_t at = text.find(numbers.decimalPoint); at != std::string::npos)
+    text.replace(at, numbers.decimalPoint.size(), ".");
+  const auto number = wholeNumberText(text);
+  if (!number) throw RuntimeError::typeMismatch();
+  return *number;
+}
+
+std::string contentOf(const std::string& path, const RuntimeError& missing) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw missing;
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// What a program that did not do its work wrote, on one line of the log.
+std::string messagesOf(const ProgramOutcome& outcome) {
+  std::string messages = onOneLine(std::string(trimmed(outcome.messages)));
+  while (messages.ends_with(' ')) messages.pop_back();
+  return messages.empty() ? messages : " (" + messages + ")";
+}
+
+void requirePicture(const SignalGraphFiles& files, const ProgramOutcome& outcome) {
+  if (!outcome.finished)
+    throw explained(RuntimeError::pathFileAccessError(), "no picture within a minute: " + files.picture);
+  if (outcome.crashed || outcome.exitCode != 0 || !fs::exists(files.picture))
+    throw explained(RuntimeError::fileNotFound(), "no picture " + files.picture + messagesOf(outcome));
+}
+
+GraphLabels graphLabels(const ProfileViewState& state, const SignalRequest& signal) {
+  return {state.inputs.frequency,
+          signal.erp,
+          graphTransmitterHeight(state),
+          static_cast<double>(state.inputs.antennaHeights[1]),
+          signal.longleyRiceClutter,
+          signal.pointToPointClutter,
+          state.inputs.start,
+          heightAboveAverageTerrain(state)};
+}
+
+ProgramCall pointToPointCall(const std::string& program, const ScratchFile& scratch,
+                             const SignalGraphFiles& files, const ProfileInputs& inputs,
+                             const SignalRequest& signal) {
+  return {program,
+          {scratch.path(), files.results, generalNumber(inputs.frequency, kWithPoint),
+           generalNumber(signal.erp, kWithPoint), std::to_string(inputs.antennaHeights[1]),
+           generalNumber(signal.pointToPointClutter, kWithPoint), scratch.name()}};
+}
+
+}  // namespace
+
+// How far the procedure has come, and where a failure of it goes.
+class ExportProcedures::GraphLog {
+ public:
+  explicit GraphLog(ErrorLog& log) : log_(log) {}
+  void step(int number) { step_ = number; }
+  void write(const RuntimeError& error) {
+    log_.write("Error " + std::to_string(error.number()) + " (" + error.description() + ") on line " +
+               std::to_string(step_) + " in procedure lMakeGNUSignalPlot of Form frmProfile");
+  }
+
+ private:
+  ErrorLog& log_;
+  int step_ = 0;
+};
+
+template <typename Body>
+ExportOutcome ExportProcedures::runGraph(const Body& body) {
+  failure_.reset();
+  GraphLog log(*services_.errorLog);
+  try {
+    return body(log);
+  } catch (const ExportCancelled&) {
+    return ExportOutcome::kCancelled;
+  } catch (...) {
+    failure_ = failureBeingHandled();
+  }
+  log.write(*failure_);
+  return ExportOutcome::kFailed;
+}
+
+ExportOutcome ExportProcedures::lMakeGNUSignalPlot(const std::string& outfile) {
+  return runGraph([&](GraphLog& log) {
+    if (!hasModelPath(outfile, kFewestSamples)) return ExportOutcome::kNothing;
+    const ExportProfile exported = profile();
+    log.step(1);
+    const auto plan = askForGraph(exported);
+    if (!plan) return ExportOutcome::kNothing;
+    exportGraph(outfile, exported, *plan, false, log);
+    log.step(8);
+    services_.dialogs->message({"Done", {}, MessageIcon::kNone, MessageButtons::kOk});
+    return ExportOutcome::kWritten;
+  });
+}
+
+ExportOutcome ExportProcedures::lMakeGNUSignalPlot(const std::string& outfile,
+                                                   const SignalGraphRequest& request) {
+  return runGraph([&](GraphLog& log) {
+    if (!hasModelPath(outfile, kFewestSamples) || !(request.signal.erp > 0)) return ExportOutcome::kNothing;
+    const ExportProfile exported = profile();
+    log.step(1);
+    const double end = request.end.value_or(exported.state.path.distance * kMetresPerKm);
+    const SignalGraphPlan plan{request.signal, graphSample(exported.state, request.start),
+                               graphSample(exported.state, end), request.title};
+    if (plan.end <= plan.start)
+      throw RuntimeError(5, "The plotted stretch must begin on the path, and end beyond its beginning");
+    exportGraph(outfile, exported, plan, request.waitForPicture, log);
+    return ExportOutcome::kWritten;
+  });
+}
+
+// With a point, since it is read as a leading number if it is taken as it is.
+double ExportProcedures::askForGraphNumber(const std::string& prompt, const std::string& title,
+                                           double& lastEntered) {
+  const std::string offered = generalNumber(lastEntered, kWithPoint);
+  lastEntered = leadingNumber(services_.dialogs->input({prompt, title, offered}));
+  return lastEntered;
+}
+
+double ExportProcedures::askForMetres(const std::string& prompt, const std::string& defaultText) {
+  return strictNumber(services_.dialogs->input({prompt, {}, defaultText}), services_.numbers);
+}
+
+std::optional<SignalGraphPlan> ExportProcedures::askForGraph(const ExportProfile& profile) {
+  ModuleState& last = *services_.module;
+  SignalGraphPlan plan;
+  plan.signal.erp =
+      askForGraphNumber("Enter transmit power along this path (in kW)", "Power in kW", last.graphErp);
+  if (!(plan.signal.erp > 0)) return std::nullopt;
+  plan.signal.longleyRiceClutter =
+      askForGraphNumber("Enter Longley-Rice Clutter Value (in dB)", {}, last.graphLongleyRiceClutter);
+  plan.signal.pointToPointClutter =
+      askForGraphNumber("Enter Point-to-Point Clutter Value (in dB)", {}, last.graphPointToPointClutter);
+  const std::string length = generalNumber(profile.state.path.distance * kMetresPerKm, services_.numbers);
+  while (true) {
+    plan.start = graphSample(profile.state,
+                             askForMetres("Distance from Transmitter to Start of Plot? (in meters)", "0"));
+    plan.end = graphSample(profile.state,
+                           askForMetres("Distance from Transmitter to End of Plot? (in meters)", length));
+    if (plan.end > plan.start) break;
+    services_.dialogs->message({"!End of Path must be beyond Start of Path!\r\n  Try Again.", "Path Error.",
+                                MessageIcon::kNone, MessageButtons::kOk});
+  }
+  plan.title = services_.dialogs->input({"Enter Title for the Plot", {}, {}});
+  return plan;
+}
+
+void ExportProcedures::exportGraph(const std::string& outfile, const ExportProfile& profile,
+                                   const SignalGraphPlan& plan, bool waitForPicture, GraphLog& log) {
+  const Hourglass hourglass(*services_.pointer);
+  const SignalGraphFiles files = signalGraphFiles(outfile);
+  writeGraph(files, profile, plan, log);
+  log.step(7);
+  drawGraph(files, profile.state, waitForPicture);
+}
+
+void ExportProcedures::writeGraph(const SignalGraphFiles& files, const ExportProfile& profile,
+                                  const SignalGraphPlan& plan, GraphLog& log) {
+  const ProfileViewState& state = profile.state;
+  log.step(2);
+  modelParametersOf(state);
+  const ptp::PtpParameters pointToPoint = pointToPointParameters(readPtpSettings(settings_));
+  // Before a minute may be spent on what they are to hold.
+  TextFile data(files.data);
+  TextFile script(files.script);
+
+  log.step(3);
+  SetAside results(files.results);
+  const PointToPointLevels levels = runPointToPointProgram(files, state, plan.signal, pointToPoint, log);
+
+  log.step(5);
+  GraphRange range{std::max(plan.start, 1) * state.path.spacing, plan.end * state.path.spacing,
+                   kReferenceLines[0], kReferenceLines[0], 0};
+  HostServices& host = *services_.host;
+  const auto widen = [&](double level) {
+    if (std::isnan(level)) return;
+    range.low = host.Min(range.low, level);
+    range.high = host.Max(range.high, level);
+  };
+  for (const double line : kReferenceLines) widen(line);
+  std::vector<PlottedSample> curves;
+  writeGraphData(
+      profile, plan, levels, linesInto(data),
+      [this](std::int32_t sample, std::int32_t samples) { tellProgress(sample, samples); },
+      [&](const PlottedSample& sample) {
+        for (const double level : sample.levels) widen(level);
+        curves.push_back(sample);
+      });
+  range = graphAxes(range);
+  range.labels = labelLevel(curves, range);
+  writeGnuplotScript(files, plan.title, graphLabels(state, plan.signal), range, linesInto(script));
+
+  log.step(6);
+  data.write();
+  results.keepNew();
+  script.write();
+}
+
+PointToPointLevels ExportProcedures::runPointToPointProgram(const SignalGraphFiles& files,
+                                                            const ProfileViewState& state,
+                                                            const SignalRequest& signal,
+                                                            const ptp::PtpParameters& parameters,
+                                                            GraphLog& log) {
+  const ScratchFile scratch(services_.host->optionalClientText("ProductName"));
+  TextFile input(scratch.path());
+  writeTerrainInput(state, linesInto(input));
+  input.write();
+  TextFile companion(scratch.companion());
+  writeTerrainCompanion(state, parameters, linesInto(companion));
+  companion.write();
+
+  log.step(4);
+  const std::string program =
+      (fs::path(services_.module->helperProgramFolder) / kPointToPointProgram).string();
+  tellProgress(0, wholePathSamples(state));
+  // Whether it came to its end or not, what it has written by then is taken.
+  const ProgramOutcome outcome =
+      runProgram(pointToPointCall(program, scratch, files, state.inputs, signal), state);
+  const std::string text =
+      contentOf(files.results,
+                explained(RuntimeError::fileNotFound(), "no results of " + program + messagesOf(outcome)));
+  return readPointToPointLevels(text, wholePathSamples(state));
+}
+
+// No events are handled meanwhile: the window waits, as is meant. A progress that needs none can still end
+// it.
+ProgramOutcome ExportProcedures::runProgram(const ProgramCall& call, const ProfileViewState& state) {
+  const std::int32_t samples = wholePathSamples(state);
+  bool cancelled = false;
+  const ProgramOutcome outcome = programs().run(call, kLongestRun, [&] {
+    cancelled = services_.progress && !services_.progress(0, samples);
+    return !cancelled;
+  });
+  if (cancelled) throw ExportCancelled{};
+  return outcome;
+}
+
+ProcessRunner& ExportProcedures::programs() const {
+  if (services_.programs == nullptr)
+    throw explained(RuntimeError::actionNotSupported(), "no program can be started from here");
+  return *services_.programs;
+}
+
+void ExportProcedures::drawGraph(const SignalGraphFiles& files, const ProfileViewState& state,
+                                 bool waitForPicture) {
+  const Setting& setting = settings::kGnuPlotExe;
+  const std::string gnuplot{trimmed(settings_.text(setting, SettingsUser::kExport))};
+  if (gnuplot.empty()) return;
+  const ProgramCall call{gnuplot, {files.script}};
+  try {
+    if (waitForPicture) {
+      SetAside picture(files.picture);
+      requirePicture(files, runProgram(call, state));
+      picture.keepNew();
+    } else {
+      programs().start(call);
+    }
+  } catch (const RuntimeError& error) {
+    throw explained(error, "gnuplot as the setting \"" + std::string(setting.key) + "\" (section \"" +
+                               std::string(setting.section) + "\") names it: " + gnuplot);
+  }
+}
+
+}  // namespace zel

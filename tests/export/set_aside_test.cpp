@@ -1,0 +1,68 @@
+#include "export/set_aside.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "foundation/runtime_error.h"
+#include "support/temporary_folder.h"
+
+namespace zel {
+namespace {
+
+namespace fs = std::filesystem;
+using test::fileBytes;
+using test::writeBytes;
+
+struct SetAsideTest : testing::Test {
+  test::TemporaryFolder folder;
+  std::string path = (folder / "r_PTP.txt").string();
+  std::size_t files() const {
+    return static_cast<std::size_t>(
+        std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()));
+  }
+};
+
+TEST_F(SetAsideTest, WhatWasThereIsOutOfTheWayAndComesBack) {
+  writeBytes(path, "old");
+  {
+    const SetAside aside(path);
+    EXPECT_FALSE(fs::exists(path));
+    writeBytes(path, "new");
+  }
+  EXPECT_EQ(fileBytes(path), "old");
+  EXPECT_EQ(files(), 1U);
+}
+
+TEST_F(SetAsideTest, ANewOneThatIsKeptReplacesIt) {
+  writeBytes(path, "old");
+  {
+    SetAside aside(path);
+    writeBytes(path, "new");
+    aside.keepNew();
+  }
+  EXPECT_EQ(fileBytes(path), "new");
+  EXPECT_EQ(files(), 1U);
+}
+
+TEST_F(SetAsideTest, WhereNothingWasNothingIsLeft) {
+  {
+    const SetAside aside(path);
+    writeBytes(path, "new");
+  }
+  EXPECT_EQ(files(), 0U);
+}
+
+TEST_F(SetAsideTest, AFolderOfThatNameIsAnErrorAndStays) {
+  fs::create_directory(path);
+  try {
+    const SetAside aside(path);
+    ADD_FAILURE();
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.number(), 75);
+  }
+  EXPECT_TRUE(fs::is_directory(path));
+}
+
+}  // namespace
+}  // namespace zel
