@@ -11,10 +11,11 @@ run_packages=(
   libcli11-dev nlohmann-json3-dev
   fonts-dejavu-core python3 python3-markdown
 )
-# What its tests, fuzzers and checks need besides. llvm-14 makes the sanitizers' reports name functions; xvfb is a screen in
-# memory for the window.
+# What its tests, fuzzers and checks need besides. qt6-svg and poppler read pictures and pages back; llvm-14 makes the
+# sanitizers' reports name functions; xvfb is a screen in memory
+# for the window.
 test_packages=(
-  libgtest-dev libbenchmark-dev libqt6svg6-dev xvfb
+  libgtest-dev libbenchmark-dev qt6-svg-dev poppler-utils xvfb
   clang-14 libclang-rt-14-dev llvm-14 clang-format-14
 )
 # What only ./test --long needs.

@@ -607,6 +607,9 @@ TEST_F(SignalGraphWindowTest, AFailureGoesToTheLogAndIntoNoBox) {
   EXPECT_NE(logged().find("in procedure lMakeGNUSignalPlot of Form frmProfile"), std::string::npos);
   EXPECT_TRUE(exported().empty());
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  const auto* line = window()->findChild<QLabel*>(QStringLiteral("lblPointerClearance"));
+  ASSERT_NE(line, nullptr);
+  EXPECT_EQ(line->text(), QStringLiteral("No signal graph: File not found (see the error log)"));
 }
 
 TEST_F(SignalGraphWindowTest, CancelledItLeavesNoFile) {

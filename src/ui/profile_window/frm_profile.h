@@ -288,6 +288,7 @@ class FrmProfile final : public QMainWindow {
   void strobeTo(double x);
   void deleteMarker(bool both);
   void bringUpToDate();
+  void hintAtFailure(const RuntimeError& failure);
   ExportProcedures exports();
   template <typename Export>
   void runLong(std::string_view name, const QString& what, const Export& run);

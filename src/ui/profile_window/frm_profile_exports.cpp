@@ -180,8 +180,16 @@ void FrmProfile::lExportSignalProfileToCSV(const std::string& outfile) {
 }
 
 void FrmProfile::lMakeGNUSignalPlot(const std::string& outfile) {
-  runLong(":lMakeGNUSignalPlot:", tr("Signal graph"),
-          [&outfile](ExportProcedures& procedures) { procedures.lMakeGNUSignalPlot(outfile); });
+  runLong(":lMakeGNUSignalPlot:", tr("Signal graph"), [&](ExportProcedures& procedures) {
+    procedures.lMakeGNUSignalPlot(outfile);
+    if (procedures.failure() && !unloaded_) hintAtFailure(*procedures.failure());
+  });
+}
+
+// The failure of a signal graph has no box. Its reason without the names in it, until the pointer moves on.
+void FrmProfile::hintAtFailure(const RuntimeError& failure) {
+  const QString reason = QString::fromStdString(failure.description()).section(QLatin1Char(':'), 0, 0);
+  clearance_->showPointer(tr("No signal graph: %1 (see the error log)").arg(reason));
 }
 
 // What is written is what the plot shows: a drawing that is on its way is made first, and a window that is
