@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/leading_number.h"
 #include "foundation/runtime_error.h"
 #include "models/ptp/ptp_calculator.h"
 #include "models/ptp/vexptp/companion.h"
@@ -41,7 +42,7 @@ void checkCompanion(const Companion& companion) {
 void checkRow(std::string_view line, const PrefixLevel& row) {
   for (const double value : {row.distance, row.diffraction, row.clutter, row.level}) {
     line.remove_prefix(line.find(',') + 1);
-    const auto read = numberText(line.substr(0, line.find(',')));
+    const auto read = zel::fieldNumberText(line.substr(0, line.find(',')));
     require(read && *read == value);
   }
 }

@@ -18,10 +18,17 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-// The user has given up: exit code 130, as shells have it for Ctrl+C.
+// It was asked to stop. The exit code is 128 and the signal's number, as shells have it: 130 for Ctrl+C, 143
+// for another program's request to end.
 class CommandInterrupted : public std::runtime_error {
  public:
-  explicit CommandInterrupted(const std::string& what) : std::runtime_error(what) {}
+  CommandInterrupted(const std::string& what, int signal)
+      : std::runtime_error(what), exitCode_(kFirst + signal) {}
+  int exitCode() const { return exitCode_; }
+
+ private:
+  static constexpr int kFirst = 128;
+  int exitCode_;
 };
 
 }  // namespace zel::host

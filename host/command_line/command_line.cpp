@@ -19,7 +19,6 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
-constexpr int kInterrupted = 130;
 
 struct RunOptions {
   std::vector<std::string> terrain;
@@ -67,7 +66,7 @@ void applyRunOptions(RunOptions& options, ProfileControl& component) {
     overrideSetting(section, key, value);
   }
   if (!options.terrain.empty()) useTerrainForThisRun(options.terrain);
-  if (!options.datum.empty()) component.let_StaDatum(options.datum.find("27") != std::string::npos ? 0 : 1);
+  component.let_StaDatum(options.datum.find("27") != std::string::npos ? 0 : 1);
 }
 
 int run(int argc, char** argv, ProfileControl& component) {
@@ -83,7 +82,7 @@ int run(int argc, char** argv, ProfileControl& component) {
       "  terrain-profiler --terrain ~/tiles profile --from 42.7,1.4,20 --to 42.5,1.7,20 --json\n"
       "  terrain-profiler settings set Profile/Prf_Freq 450\n\n"
       "'terrain-profiler COMMAND --help' explains a command. Exit codes: 0 done, 1 failed, 2 wrong "
-      "usage,\n130 interrupted.");
+      "usage,\n130 interrupted, 143 asked to end.");
   program.set_version_flag("--version", std::string("terrain-profiler ") + ZEL_VERSION);
   program.fallthrough();  // --terrain and --set are understood before and after the command
   RunOptions options;
@@ -129,7 +128,7 @@ int runCommandLine(int argc, char** argv) {
     return kWrongUsage;
   } catch (const CommandInterrupted& error) {
     note(error.what());
-    return kInterrupted;
+    return error.exitCode();
   } catch (const std::bad_alloc&) {
     note("out of memory; ask for fewer points or smaller rasters");
   } catch (const std::exception& error) {

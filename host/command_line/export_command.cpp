@@ -1,18 +1,21 @@
 // export: the files of the profile window's "Export" menu, without a window.
+#include <fcntl.h>
 #include <stdlib.h>
+#include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <thread>
 #include <vector>
 
 #include "command_line/command_error.h"
@@ -98,39 +101,67 @@ std::string numberProblem(const std::string& text) {
 
 // ---- Output ----
 
-// A file of a folder of its own, gone with it: what is to go to standard output.
+// What is to go to standard output, when all of it is there. It is a pipe and no file: whatever ends the
+// program, nothing is left on the disk.
 class PassingFile {
  public:
-  explicit PassingFile(const std::string& name) {
-    std::error_code none;
-    folder_ = (std::filesystem::temp_directory_path(none) / "terrain-profiler-XXXXXX").string();
-    if (none || mkdtemp(folder_.data()) == nullptr)
-      throw CommandFailure(
-          "cannot make a folder for temporary files; see that TMPDIR names one that may be written");
-    path_ = folder_ + "/" + name;
+  PassingFile() {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+      throw CommandFailure("cannot make a pipe: " + std::generic_category().message(errno));
+    readEnd_ = ends[0];
+    writeEnd_ = ends[1];
+    reader_ = std::thread([this] { readAll(); });
   }
   PassingFile(const PassingFile&) = delete;
   PassingFile& operator=(const PassingFile&) = delete;
-  ~PassingFile() { remove(); }
+  ~PassingFile() {
+    finish();
+    close(readEnd_);
+  }
 
-  const std::string& path() const { return path_; }
-  // It is gone by then: a reader that has had enough ends the program in the midst of it.
-  void send() const {
-    std::ifstream file(path_, std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    remove();
-    writeFile("-", [&content](std::ostream& out) {
-      out.write(content.data(), static_cast<std::streamsize>(content.size()));
+  std::string path() const { return "/proc/self/fd/" + std::to_string(writeEnd_); }
+  void send() {
+    finish();
+    if (readError_ != 0)
+      throw CommandFailure("cannot read from a pipe: " + std::generic_category().message(readError_));
+    writeFile("-", [this](std::ostream& out) {
+      out.write(content_.data(), static_cast<std::streamsize>(content_.size()));
     });
   }
 
  private:
-  void remove() const {
-    std::error_code none;
-    std::filesystem::remove_all(folder_, none);
+  // In the thread.
+  void readAll() {
+    std::array<char, 65536> piece;
+    while (true) {
+      const ssize_t size = read(readEnd_, piece.data(), piece.size());
+      if (size > 0) append(std::string_view(piece.data(), static_cast<std::size_t>(size)));
+      if (size == 0) return;
+      if (size < 0 && errno != EINTR) {
+        readError_ = errno;
+        return;
+      }
+    }
+  }
+  // Without memory the rest is read all the same: the writer waits for its reader.
+  void append(std::string_view piece) {
+    try {
+      if (readError_ == 0) content_.append(piece);
+    } catch (const std::bad_alloc&) {
+      readError_ = ENOMEM;
+    }
+  }
+  void finish() {
+    if (!reader_.joinable()) return;
+    close(writeEnd_);
+    reader_.join();
   }
 
-  std::string folder_, path_;
+  int readEnd_ = -1, writeEnd_ = -1;
+  std::string content_;
+  int readError_ = 0;
+  std::thread reader_;
 };
 
 std::string decimals(const PathExport& result) {
@@ -326,7 +357,8 @@ PathExport exported(PathExportRequest request, const KindOfExport& kind) {
   PathExport result = exportPath(request);
   if (result.status != 0 && LongWork::interrupted()) {
     const std::string left = whatIsThere(result);
-    throw CommandInterrupted("interrupted" + (left.empty() ? "; the files are as they were" : left));
+    throw CommandInterrupted("interrupted" + (left.empty() ? "; the files are as they were" : left),
+                             LongWork::askedBy());
   }
   return result;
 }
@@ -340,7 +372,7 @@ void runExport(const ExportOptions& options, const KindOfExport& kind) {
   if (kind.kind == PathExportKind::kSignalGraph)
     if (const auto gnuplot = provideGnuplot()) notes.push_back(*gnuplot);
   std::optional<PassingFile> passing;
-  if (options.output == "-") request.file = passing.emplace(kind.file).path();
+  if (options.output == "-") request.file = passing.emplace().path();
   PathExport result = exported(request, kind);
   if (result.status != 0)
     throw CommandFailure(result.error + (passing ? std::string() : whatIsThere(result)));
@@ -404,7 +436,7 @@ void addExportCommand(CLI::App& program) {
   exports->footer(
       "The files are those of the window for the same path, settings and locale: numbers in CSV files have\n"
       "the locale's decimal separator. A file that is there is replaced. Ctrl+C ends a signal profile or\n"
-      "graph and leaves the files as they were.\n"
+      "graph and leaves the files as they were; while gnuplot draws, its new data and script stay.\n"
       "Example:\n"
       "  terrain-profiler export height --from 36.40,-84.35,30 --to 36.22,-84.12,30 -o heights.csv");
   for (const KindOfExport& kind : kinds()) {

@@ -35,12 +35,12 @@ std::optional<std::string> programAlongPath(const std::string& name) {
 
 std::optional<std::string> provideGnuplot() {
   const auto set = storedSetting(kGnuplotSection, kGnuplotKey);
-  if (set && set->find_first_not_of(" \t") != std::string::npos) return std::nullopt;
+  if (set) return std::nullopt;  // also an empty one, which says that none is wanted
   const auto found = programAlongPath("gnuplot");
   if (!found) return "there is no gnuplot along PATH; install it, or name it in Settings/gnuPlotEXE";
   overrideSetting(kGnuplotSection, kGnuplotKey, *found);
   return "gnuplot is the one found along PATH, " + *found +
-         ", because the setting Settings/gnuPlotEXE is empty";
+         ", because the setting Settings/gnuPlotEXE is not set";
 }
 
 }  // namespace zel::host

@@ -14,12 +14,12 @@ namespace {
 
 constexpr std::chrono::milliseconds kBetweenLines{100};
 constexpr double kLeastSeconds = 0.05;  // before a rate means anything
-constexpr std::array kAsking = {SIGINT, SIGTERM};
+constexpr std::array kAsking = {SIGINT, SIGTERM, SIGHUP};
 
 volatile std::sig_atomic_t asked = 0;
 std::array<struct sigaction, kAsking.size()> before{};
 
-void note(int) { asked = 1; }
+void note(int signal) { asked = signal; }
 
 }  // namespace
 
@@ -49,7 +49,7 @@ LongWork::~LongWork() {
   if (shown_) std::cerr << "\r\x1b[K" << std::flush;
 }
 
-bool LongWork::interrupted() { return asked != 0; }
+int LongWork::askedBy() { return asked; }
 
 bool LongWork::advance(std::int32_t done, std::int32_t all) {
   if (onTerminal_) {

@@ -19,7 +19,9 @@ class LongWork {
   // So many of all are done. False when the work is to stop.
   bool advance(std::int32_t done, std::int32_t all);
   // Whether it was asked to stop.
-  static bool interrupted();
+  static bool interrupted() { return askedBy() != 0; }
+  // The signal that asked, SIGINT, SIGTERM or SIGHUP; 0 for none.
+  static int askedBy();
 
  private:
   using Clock = std::chrono::steady_clock;

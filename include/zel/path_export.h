@@ -56,7 +56,8 @@ struct PathExportRequest : PathViewRequest {
   std::int32_t height = 164;
 
   // Called for each sample of signal profile and graph; false cancels the export, which then leaves what was
-  // there. May be empty.
+  // there. What it throws cancels the export too, and is thrown by exportPath when that is done. May be
+  // empty.
   std::function<bool(std::int32_t done, std::int32_t all)> progress;
 };
 

@@ -7,14 +7,10 @@
 #include "component/member_table.h"
 #include "component/procedure_names.h"
 #include "component/services/characters.h"
+#include "export/export_limits.h"
 #include "foundation/rounding.h"
 
 namespace zel {
-namespace {
-
-constexpr std::size_t kShortestFileName = 5;  // characters
-
-}  // namespace
 
 struct ProfileControl::Self : std::enable_shared_from_this<Self> {
   Component& component = Component::instance();
@@ -47,7 +43,7 @@ struct ProfileControl::Self : std::enable_shared_from_this<Self> {
 
   template <typename Body>
   void exportTo(const std::string& outfile, Body&& body) {
-    if (characterCount(outfile) < kShortestFileName) return;
+    if (characterCount(outfile) < kShortestExportName) return;
     component.ensureSetUp();
     module.step(1);
     body();

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "component/desktop/user_numbers.h"
+#include "export/export_procedures.h"
 #include "profile/view_state/profile_procedures.h"
 #include "profile/view_state/profile_readouts.h"
 #include "profile/view_state/profile_view_state.h"
@@ -41,7 +42,7 @@ class StoredPathView {
     return procedures.refreshProfile(state_);
   }
 
-  void write(StoredPathExport procedure, const std::string& outfile) {
+  void write(StoredPathExport kind, const std::string& outfile) {
     ExportProcedures::Services services;
     services.geodesy = &component_.geodesy();
     services.dialogs = &component_.dialogs();
@@ -52,7 +53,14 @@ class StoredPathView {
     services.normalTable = &component_.normalTable();
     services.numbers = userNumberStyle();
     ExportProcedures procedures(std::move(services), component_.settingsReader(), state_);
-    (procedures.*procedure)(outfile);
+    switch (kind) {
+      case StoredPathExport::kHeightProfile:
+        procedures.lExportDataToCSV(outfile);
+        return;
+      case StoredPathExport::kLossTable:
+        procedures.lExportITMToCSV(outfile);
+        return;
+    }
   }
 
  private:
@@ -66,9 +74,9 @@ class StoredPathView {
 
 }  // namespace
 
-void exportStoredPath(Component& component, StoredPathExport procedure, const std::string& outfile) {
+void exportStoredPath(Component& component, StoredPathExport kind, const std::string& outfile) {
   StoredPathView view(component);
-  if (view.load()) view.write(procedure, outfile);
+  if (view.load()) view.write(kind, outfile);
 }
 
 }  // namespace zel

@@ -8,13 +8,12 @@
 #include <string>
 
 #include "component/component.h"
-#include "export/export_procedures.h"
 
 namespace zel {
 
 // One of the exports that need nothing but a file. A path that cannot be profiled is told as the window tells
 // it, and writes nothing.
-using StoredPathExport = ExportOutcome (ExportProcedures::*)(const std::string& outfile);
-void exportStoredPath(Component& component, StoredPathExport procedure, const std::string& outfile);
+enum class StoredPathExport { kHeightProfile, kLossTable };
+void exportStoredPath(Component& component, StoredPathExport kind, const std::string& outfile);
 
 }  // namespace zel

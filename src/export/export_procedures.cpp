@@ -8,48 +8,46 @@
 #include "export/loss_table.h"
 #include "export/path_models.h"
 #include "export/signal_profile.h"
-#include "export/text_file.h"
 #include "foundation/leading_number.h"
 #include "profile/path_loss/modeled_loss.h"
 
 namespace zel {
-namespace {
 
-constexpr std::size_t kShortestName = 5;  // characters; a cancelled dialog gives none
-constexpr std::int32_t kFewestSignalSamples = 10;
-constexpr std::string_view kTerrainFileEnd = ".terrain.txt";
+ExportProcedures::ExportProcedures(Services services, SettingsReader settings, const ProfileViewState& state)
+    : services_(std::move(services)), settings_(std::move(settings)), state_(state) {}
 
-void writeWhatThereIs(const TextFile& file) noexcept {
+void ExportProcedures::write(const TextFile& file, const std::string& path) {
+  file.write();
+  written_.push_back(path);
+}
+
+void ExportProcedures::writeWhatThereIs(const TextFile& file, const std::string& path) noexcept {
   try {
-    file.write();
+    write(file, path);
   } catch (...) {
     return;  // the failure before is the one that is told
   }
 }
 
-// Writes what `fill` puts into the file, also the part of it before a failure, but not when it is cancelled.
 template <typename Fill>
-void writeFile(const std::string& path, const Fill& fill) {
+void ExportProcedures::writeFile(const std::string& path, const Fill& fill) {
   TextFile file(path);
   try {
     fill(file);
   } catch (const ExportCancelled&) {
     throw;
   } catch (...) {
-    writeWhatThereIs(file);
+    writeWhatThereIs(file, path);
     throw;
   }
-  file.write();
+  write(file, path);
 }
-
-}  // namespace
-
-ExportProcedures::ExportProcedures(Services services, SettingsReader settings, const ProfileViewState& state)
-    : services_(std::move(services)), settings_(std::move(settings)), state_(state) {}
 
 template <typename Body>
 ExportOutcome ExportProcedures::run(std::string_view procedure, const Body& body) {
   failure_.reset();
+  warnings_.clear();
+  written_.clear();
   return services_.trapped->run(procedure, [&] {
     try {
       return body();
@@ -61,7 +59,7 @@ ExportOutcome ExportProcedures::run(std::string_view procedure, const Body& body
 }
 
 bool ExportProcedures::isExportable(const std::string& outfile) const {
-  return characterCount(outfile) >= kShortestName && zel::isExportable(state_);
+  return characterCount(outfile) >= kShortestExportName && zel::isExportable(state_);
 }
 
 ExportProfile ExportProcedures::profile() const {

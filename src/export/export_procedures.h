@@ -15,16 +15,19 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "component/services/error_log.h"
 #include "component/services/error_trap.h"
 #include "component/services/host_services.h"
 #include "component/services/module_state.h"
 #include "component/services/normal_table.h"
+#include "export/export_limits.h"
 #include "export/export_profile.h"
 #include "export/signal_graph.h"
 #include "export/signal_graph_request.h"
 #include "export/signal_levels.h"
+#include "export/text_file.h"
 #include "foundation/number_text.h"
 #include "models/ptp/parameters.h"
 #include "platform/dialogs.h"
@@ -84,6 +87,11 @@ class ExportProcedures {
 
   // What the last export failed with; nothing after one that did not fail.
   const std::optional<RuntimeError>& failure() const { return failure_; }
+  // The files that the last export wrote, by their names and in their order; also those with the lines before
+  // a failure. A picture is one of them where its program is waited for.
+  const std::vector<std::string>& written() const { return written_; }
+  // What is to be known of its files though it did not fail, as sentences without a full stop.
+  const std::vector<std::string>& warnings() const { return warnings_; }
 
  private:
   bool isExportable(const std::string& outfile) const;
@@ -94,6 +102,12 @@ class ExportProcedures {
   ExportProfile profile() const;
   SignalRequest askForSignal();
   double askForNumber(const std::string& prompt);
+  // Writes what `fill` puts into the file, also the part of it before a failure, but not when it is
+  // cancelled.
+  template <typename Fill>
+  void writeFile(const std::string& path, const Fill& fill);
+  void write(const TextFile& file, const std::string& path);
+  void writeWhatThereIs(const TextFile& file, const std::string& path) noexcept;
   ExportOutcome exportSignal(const std::string& outfile, const ExportProfile& profile,
                              const SignalRequest& request);
   void writeSignal(const std::string& outfile, const ExportProfile& profile, const SignalRequest& request);
@@ -111,17 +125,18 @@ class ExportProcedures {
                    bool waitForPicture, GraphLog& log);
   void writeGraph(const SignalGraphFiles& files, const ExportProfile& profile, const SignalGraphPlan& plan,
                   GraphLog& log);
-  PointToPointLevels runPointToPointProgram(const SignalGraphFiles& files, const ProfileViewState& state,
+  PointToPointLevels runPointToPointProgram(const std::string& results, const ProfileViewState& state,
                                             const SignalRequest& signal, const ptp::PtpParameters& parameters,
                                             GraphLog& log);
   void drawGraph(const SignalGraphFiles& files, const ProfileViewState& state, bool waitForPicture);
-  ProgramOutcome runProgram(const ProgramCall& call, const ProfileViewState& state);
+  ProgramOutcome runProgram(const ProgramCall& call, std::int32_t done, std::int32_t samples);
   ProcessRunner& programs() const;  // throws RuntimeError 445 where there is none
 
   Services services_;
   SettingsReader settings_;
   const ProfileViewState& state_;
   std::optional<RuntimeError> failure_;
+  std::vector<std::string> written_, warnings_;
 };
 
 }  // namespace zel

@@ -12,6 +12,12 @@ std::string heightTitles(const std::string& unit) {
 
 }  // namespace
 
+const NumberStyle& withPoint() {
+  // Never destroyed: an export may run while the process ends.
+  static const NumberStyle* const style = new NumberStyle;
+  return *style;
+}
+
 ExportLine& ExportLine::text(std::string_view piece) {
   text_ += piece;
   return *this;

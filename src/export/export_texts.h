@@ -22,7 +22,7 @@ using PieceSink = std::function<void(std::string_view piece)>;
 inline constexpr std::string_view kFieldEnd = ", ";
 
 // Of what programs read, whatever the user's locale.
-inline const NumberStyle kWithPoint{};
+const NumberStyle& withPoint();
 
 // One line, put together piece by piece. Throws RuntimeError 6 for a number that is not finite.
 class ExportLine {

@@ -91,8 +91,8 @@ class LabelLines {
   void write(double column, const std::string& text, double factor) const {
     const double x = range_.start + column * (range_.end - range_.start);
     const double y = range_.labels + factor * step_;
-    write_("set label " + quoted(text) + fontOf(10) + " at " + formatNumber(x, "##0.0##", kWithPoint) + "," +
-           formatNumber(y, "##0.0", kWithPoint));
+    write_("set label " + quoted(text) + fontOf(10) + " at " + formatNumber(x, "##0.0##", withPoint()) + "," +
+           formatNumber(y, "##0.0", withPoint()));
   }
 
  private:
@@ -104,7 +104,7 @@ class LabelLines {
 void writeLabels(const GraphLabels& labels, const GraphRange& range, const LineSink& write) {
   const LabelLines lines(range, write);
   const auto first = [&](std::string_view name, auto value, std::string_view pattern, double factor) {
-    lines.write(kFirstColumn, std::string(name) + formatNumber(value, pattern, kWithPoint), factor);
+    lines.write(kFirstColumn, std::string(name) + formatNumber(value, pattern, withPoint()), factor);
   };
   const auto second = [&](std::string_view name, const std::string& value, double factor) {
     lines.write(kSecondColumn, std::string(name) + value, factor);
@@ -114,10 +114,10 @@ void writeLabels(const GraphLabels& labels, const GraphRange& range, const LineS
   first("Tx Ant: ", labels.transmitterHeight, "##0 m AMSL", 7.0);
   first("Rx Ant: ", labels.receiverHeight, "##0.0 m AGL", 9.5);
   first("LR Clutter: ", labels.longleyRiceClutter, "#0 dB", 12.0);
-  second("Latitude: ", generalNumber(labels.transmitter.latitude, kWithPoint), 2.0);
-  second("Longitude: ", generalNumber(labels.transmitter.longitude, kWithPoint), 4.5);
-  second("Tx HAAT: ", formatNumber(labels.heightAboveAverage, "##0 m AMSL", kWithPoint), 7.0);
-  second("PTP Clutter: ", formatNumber(labels.pointToPointClutter, "#0 dB", kWithPoint), 12.0);
+  second("Latitude: ", generalNumber(labels.transmitter.latitude, withPoint()), 2.0);
+  second("Longitude: ", generalNumber(labels.transmitter.longitude, withPoint()), 4.5);
+  second("Tx HAAT: ", formatNumber(labels.heightAboveAverage, "##0 m AMSL", withPoint()), 7.0);
+  second("PTP Clutter: ", formatNumber(labels.pointToPointClutter, "#0 dB", withPoint()), 12.0);
 }
 
 struct Curve {

@@ -2,10 +2,9 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <random>
-#include <string_view>
 #include <system_error>
 
+#include "component/services/file_beside.h"
 #include "component/services/file_error.h"
 
 namespace zel {
@@ -13,26 +12,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A name beside another one that no file has, as far as chance can tell.
-std::string nameBeside(const std::string& path) {
-  constexpr std::string_view kDigits = "0123456789abcdefghijklmnopqrstuv";
-  std::random_device random;
-  std::string name = path + '.';
-  for (int i = 0; i < 8; ++i) name += kDigits[random() % kDigits.size()];
-  return name + ".part";
-}
-
 }  // namespace
 
-SetAside::SetAside(const std::string& path) : path_(path) {
+SetAside::SetAside(const std::string& path) : path_(behindLinks(path)) {
   std::error_code failure;
-  const fs::file_status status = fs::symlink_status(path, failure);
+  const fs::file_status status = fs::symlink_status(path_, failure);
   if (!fs::exists(status)) return;
   if (fs::is_directory(status)) throw fileError(path, EISDIR);
-  const std::string aside = nameBeside(path);
-  fs::rename(path, aside, failure);
+  if (!fs::is_regular_file(status)) throw fileError(path, EINVAL);
+  FileBeside aside(path_);
+  if (aside.error() != 0) throw fileError(path, aside.error());
+  fs::rename(path_, aside.name(), failure);
   if (failure) throw fileError(path, failure.value());
-  aside_ = aside;
+  aside.release();
+  aside_ = aside.name();
 }
 
 SetAside::~SetAside() {

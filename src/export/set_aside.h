@@ -1,7 +1,8 @@
 // A file that another program is about to write anew: what was there is set aside under another name beside
 // it, so that it is not taken for the new one, and comes back unless the new one is kept.
 //
-// Killed in between, the process leaves it under that name, which ends in ".part".
+// Through links it is the file that they lead to; the links stay. Killed in between, the process leaves it
+// under that name, which ends in ".part".
 #pragma once
 
 #include <string>
@@ -10,12 +11,14 @@ namespace zel {
 
 class SetAside {
  public:
-  // Throws RuntimeError 75 for what is no file and 70 where it cannot be set aside.
+  // Throws RuntimeError 75 for what is no regular file and 70 where it cannot be set aside.
   explicit SetAside(const std::string& path);
   SetAside(const SetAside&) = delete;
   SetAside& operator=(const SetAside&) = delete;
   ~SetAside();
 
+  // What the other program is to write.
+  const std::string& path() const { return path_; }
   // The new one stays, and what was there before is given up.
   void keepNew();
 

@@ -17,6 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr double kMetresPerKm = 1000;
+constexpr std::string_view kPictureEnd = ".png";
 constexpr std::string_view kLevelPattern = "##0.0##";
 
 SampleRange wholePath(const ProfileViewState& state) { return state.plotIndex().stationToStation(); }
@@ -30,14 +31,14 @@ ExportLine& level(ExportLine& line, double value) {
 
 void writeGraphHead(const ProfileViewState& state, const SignalGraphPlan& plan, const LineSink& write) {
   const auto numbered = [&write](std::string_view name, auto value) {
-    write(ExportLine(kWithPoint).text(name).text(kFieldEnd).number(value).str());
+    write(ExportLine(withPoint()).text(name).text(kFieldEnd).number(value).str());
   };
   write("OUTFILE, ' '");
   numbered("FREQ", state.inputs.frequency);
   numbered("POWER", plan.signal.erp);
   numbered("TX_AMSL", transmitterHeightText(state));
   numbered("RX_AGL", std::int32_t{state.inputs.antennaHeights[1]});
-  write(ExportLine(kWithPoint)
+  write(ExportLine(withPoint())
             .text("CLU_LOSS, LR:")
             .number(plan.signal.longleyRiceClutter)
             .text(" PTP:")
@@ -54,22 +55,13 @@ void writeGraphHead(const ProfileViewState& state, const SignalGraphPlan& plan, 
 
 std::string sampleLine(double ground, const PlottedSample& sample, bool plotted) {
   const auto [longleyRice, pointToPoint, freeSpace] = sample.levels;
-  ExportLine line(kWithPoint);
+  ExportLine line(withPoint());
   if (!plotted) line.text("#");
   line.field(ground, "##0.0").field(sample.distance, "##0.000");
   level(line, longleyRice).text(kFieldEnd);
   level(line, pointToPoint).text(kFieldEnd).field(kReferenceLines[0]);
   level(line, freeSpace).text(kFieldEnd).number(kReferenceLines[1]);
   return line.str();
-}
-
-// "12.5" whole; nothing for any other text.
-std::optional<double> fieldNumber(std::string_view field) {
-  try {
-    return wholeNumberText(field);
-  } catch (const RuntimeError&) {
-    return std::nullopt;
-  }
 }
 
 // sample, distance, diffraction loss, clutter loss, level
@@ -82,7 +74,7 @@ std::optional<ResultRow> resultRow(std::string_view line) {
     const std::size_t comma = line.find(',');
     const bool last = i + 1 == kResultFields;
     if ((comma == std::string_view::npos) != last) return std::nullopt;
-    const auto number = fieldNumber(line.substr(0, comma));
+    const auto number = fieldNumberText(line.substr(0, comma));
     if (!number) return std::nullopt;
     row[i] = *number;
     if (!last) line.remove_prefix(comma + 1);
@@ -92,22 +84,25 @@ std::optional<ResultRow> resultRow(std::string_view line) {
 
 }  // namespace
 
+std::string unmistakable(std::string path) {
+  constexpr std::string_view kMistakable = "<|~-+$@!";
+  if (!path.empty() && kMistakable.find(path.front()) != std::string_view::npos) path.insert(0, "./");
+  return path;
+}
+
 SignalGraphFiles signalGraphFiles(const std::string& outfile) {
   const fs::path path = outfile;
-  if (path.stem().empty() || path.filename() == "..") {
+  const std::string name = path.filename().string();
+  if (name.empty() || name == "." || name == ".." || name == kPictureEnd) {
     const RuntimeError error = RuntimeError::pathFileAccessError();
     throw RuntimeError(error.number(), error.description() + ": not the name of a picture: " + outfile);
   }
-  constexpr std::string_view kMistakable = "<|~-+$@!";
-  std::string base = (path.parent_path() / path.stem()).string();
-  if (kMistakable.find(base.front()) != std::string_view::npos) base.insert(0, "./");
-  return {base + ".png", base + ".dat", base + "_PTP.txt", base + ".plt"};
+  const std::string base = unmistakable((path.parent_path() / path.stem()).string());
+  return {base + std::string(kPictureEnd), base + ".dat", base + "_PTP.txt", base + ".plt"};
 }
 
 std::int32_t graphSample(const ProfileViewState& state, double metres) {
-  const double sample = roundHalfEven(metres / kMetresPerKm / state.path.spacing);
-  if (std::isnan(sample)) throw RuntimeError::overflow();
-  return static_cast<std::int32_t>(std::clamp(sample, 0.0, static_cast<double>(state.path.intervals)));
+  return toInt32(metres / kMetresPerKm / state.path.spacing);
 }
 
 double graphTransmitterHeight(const ProfileViewState& state) {
@@ -129,13 +124,13 @@ void writeTerrainInput(const ProfileViewState& state, const LineSink& write) {
   write("START");
   const SampleRange path = wholePath(state);
   for (std::int32_t i = path.first; i <= path.last; ++i)
-    write(formatNumber(state.elevation[i], "##0.00", kWithPoint));
+    write(formatNumber(double{state.elevation[i]}, "##0.00", withPoint()));
 }
 
 void writeTerrainCompanion(const ProfileViewState& state, const ptp::PtpParameters& parameters,
                            const LineSink& write) {
   const auto entry = [&write](std::string_view key, auto value) {
-    write(ExportLine(kWithPoint).text(key).text("=").number(value).str());
+    write(ExportLine(withPoint()).text(key).text("=").number(value).str());
   };
   entry("spacing_km", state.path.spacing);
   entry("tx_amsl_m", graphTransmitterHeight(state));

@@ -28,9 +28,12 @@ struct SignalGraphFiles {
   std::string results;  // _PTP.txt
   std::string script;   // .plt
 };
-// A relative name that gnuplot would take for a command or an option ("|mail.png", "-x.png") is led in by
-// "./". Throws RuntimeError 75 for a name without a base name.
+// The names are unmistakable. Throws RuntimeError 75 for a name without a base name: "dir/", "..", ".png".
 SignalGraphFiles signalGraphFiles(const std::string& outfile);
+
+// A relative name that gnuplot would take for a command or an option ("|mail.png", "-x.png"), led in by
+// "./".
+std::string unmistakable(std::string path);
 
 // What is asked for, as samples of a path.
 struct SignalGraphPlan {
@@ -40,8 +43,8 @@ struct SignalGraphPlan {
   std::string title;
 };
 
-// The sample nearest to a distance in metres, halves to the even one; a place before the path or beyond it
-// is its end there.
+// The sample nearest to a distance in metres, halves to the even one, also where it lies before the path or
+// beyond it. Throws RuntimeError 6 for one beyond 32 bits.
 std::int32_t graphSample(const ProfileViewState& state, double metres);
 
 // Metres above sea level: the ground under the transmitter and its height above it.

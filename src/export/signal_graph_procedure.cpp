@@ -11,18 +11,17 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <utility>
 #include <vector>
 
+#include "component/services/file_beside.h"
+#include "component/services/output_file.h"
 #include "component/services/scratch_file.h"
 #include "export/export_procedures.h"
 #include "export/export_run.h"
 #include "export/gnuplot_script.h"
 #include "export/path_models.h"
 #include "export/set_aside.h"
-#include "export/text_file.h"
 #include "foundation/leading_number.h"
 #include "foundation/text.h"
 
@@ -31,7 +30,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int32_t kFewestSamples = 3;
 constexpr std::int32_t kLongestRun = 60000;  // milliseconds
 constexpr double kMetresPerKm = 1000;
 constexpr std::string_view kPointToPointProgram = "vexptp.exe";
@@ -50,9 +48,11 @@ double strictNumber(std::string text, const NumberStyle& numbers) {
 }
 
 std::string contentOf(const std::string& path, const RuntimeError& missing) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw missing;
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  try {
+    return contentOfFile(path);
+  } catch (const RuntimeError&) {
+    throw missing;
+  }
 }
 
 // What a program that did not do its work wrote, on one line of the log.
@@ -62,11 +62,33 @@ std::string messagesOf(const ProgramOutcome& outcome) {
   return messages.empty() ? messages : " (" + messages + ")";
 }
 
-void requirePicture(const SignalGraphFiles& files, const ProgramOutcome& outcome) {
+// Why what a program has written may not be all of it; nothing where it came to a good end.
+std::string shortfall(const ProgramOutcome& outcome) {
+  if (!outcome.finished) return "did not end within a minute";
+  if (outcome.crashed) return "was killed";
+  return outcome.exitCode == 0 ? "" : "failed";
+}
+
+// Whether a file is a PNG to its last chunk: a program can run out of room without a word.
+bool isWholePng(const std::string& path) {
+  constexpr std::string_view kBegin = "\x89PNG\r\n\x1A\n", kEnd = "IEND\xAE\x42\x60\x82";
+  const std::string content = contentOf(path, RuntimeError::fileNotFound());
+  return content.starts_with(kBegin) && content.ends_with(kEnd);
+}
+
+void requirePicture(const std::string& picture, const ProgramOutcome& outcome) {
   if (!outcome.finished)
-    throw explained(RuntimeError::pathFileAccessError(), "no picture within a minute: " + files.picture);
-  if (outcome.crashed || outcome.exitCode != 0 || !fs::exists(files.picture))
-    throw explained(RuntimeError::fileNotFound(), "no picture " + files.picture + messagesOf(outcome));
+    throw explained(RuntimeError::pathFileAccessError(), "no picture within a minute: " + picture);
+  if (outcome.crashed || outcome.exitCode != 0 || !fs::exists(picture))
+    throw explained(RuntimeError::fileNotFound(), "no picture " + picture + messagesOf(outcome));
+  if (!isWholePng(picture))
+    throw explained(RuntimeError::diskFull(), "the picture " + picture + " was not written to its end");
+}
+
+// As the programs are to write them: through links the files that they lead to.
+SignalGraphFiles behindTheirLinks(SignalGraphFiles files) {
+  files.picture = unmistakable(behindLinks(files.picture));
+  return files;
 }
 
 GraphLabels graphLabels(const ProfileViewState& state, const SignalRequest& signal) {
@@ -81,12 +103,12 @@ GraphLabels graphLabels(const ProfileViewState& state, const SignalRequest& sign
 }
 
 ProgramCall pointToPointCall(const std::string& program, const ScratchFile& scratch,
-                             const SignalGraphFiles& files, const ProfileInputs& inputs,
+                             const std::string& results, const ProfileInputs& inputs,
                              const SignalRequest& signal) {
   return {program,
-          {scratch.path(), files.results, generalNumber(inputs.frequency, kWithPoint),
-           generalNumber(signal.erp, kWithPoint), std::to_string(inputs.antennaHeights[1]),
-           generalNumber(signal.pointToPointClutter, kWithPoint), scratch.name()}};
+          {scratch.path(), results, generalNumber(inputs.frequency, withPoint()),
+           generalNumber(signal.erp, withPoint()), std::to_string(inputs.antennaHeights[1]),
+           generalNumber(signal.pointToPointClutter, withPoint()), scratch.name()}};
 }
 
 }  // namespace
@@ -109,6 +131,8 @@ class ExportProcedures::GraphLog {
 template <typename Body>
 ExportOutcome ExportProcedures::runGraph(const Body& body) {
   failure_.reset();
+  warnings_.clear();
+  written_.clear();
   GraphLog log(*services_.errorLog);
   try {
     return body(log);
@@ -117,13 +141,17 @@ ExportOutcome ExportProcedures::runGraph(const Body& body) {
   } catch (...) {
     failure_ = failureBeingHandled();
   }
-  log.write(*failure_);
+  try {
+    log.write(*failure_);
+  } catch (...) {
+    return ExportOutcome::kFailed;  // no memory for the entry
+  }
   return ExportOutcome::kFailed;
 }
 
 ExportOutcome ExportProcedures::lMakeGNUSignalPlot(const std::string& outfile) {
   return runGraph([&](GraphLog& log) {
-    if (!hasModelPath(outfile, kFewestSamples)) return ExportOutcome::kNothing;
+    if (!hasModelPath(outfile, kFewestGraphSamples)) return ExportOutcome::kNothing;
     const ExportProfile exported = profile();
     log.step(1);
     const auto plan = askForGraph(exported);
@@ -138,7 +166,8 @@ ExportOutcome ExportProcedures::lMakeGNUSignalPlot(const std::string& outfile) {
 ExportOutcome ExportProcedures::lMakeGNUSignalPlot(const std::string& outfile,
                                                    const SignalGraphRequest& request) {
   return runGraph([&](GraphLog& log) {
-    if (!hasModelPath(outfile, kFewestSamples) || !(request.signal.erp > 0)) return ExportOutcome::kNothing;
+    if (!hasModelPath(outfile, kFewestGraphSamples) || !(request.signal.erp > 0))
+      return ExportOutcome::kNothing;
     const ExportProfile exported = profile();
     log.step(1);
     const double end = request.end.value_or(exported.state.path.distance * kMetresPerKm);
@@ -154,7 +183,7 @@ ExportOutcome ExportProcedures::lMakeGNUSignalPlot(const std::string& outfile,
 // With a point, since it is read as a leading number if it is taken as it is.
 double ExportProcedures::askForGraphNumber(const std::string& prompt, const std::string& title,
                                            double& lastEntered) {
-  const std::string offered = generalNumber(lastEntered, kWithPoint);
+  const std::string offered = generalNumber(lastEntered, withPoint());
   lastEntered = leadingNumber(services_.dialogs->input({prompt, title, offered}));
   return lastEntered;
 }
@@ -208,11 +237,14 @@ void ExportProcedures::writeGraph(const SignalGraphFiles& files, const ExportPro
 
   log.step(3);
   SetAside results(files.results);
-  const PointToPointLevels levels = runPointToPointProgram(files, state, plan.signal, pointToPoint, log);
+  const PointToPointLevels levels =
+      runPointToPointProgram(unmistakable(results.path()), state, plan.signal, pointToPoint, log);
 
   log.step(5);
-  GraphRange range{std::max(plan.start, 1) * state.path.spacing, plan.end * state.path.spacing,
-                   kReferenceLines[0], kReferenceLines[0], 0};
+  const auto onPath = [&state](std::int32_t sample) {
+    return std::clamp(sample, 1, std::int32_t{state.path.intervals}) * state.path.spacing;
+  };
+  GraphRange range{onPath(plan.start), onPath(plan.end), kReferenceLines[0], kReferenceLines[0], 0};
   HostServices& host = *services_.host;
   const auto widen = [&](double level) {
     if (std::isnan(level)) return;
@@ -230,15 +262,17 @@ void ExportProcedures::writeGraph(const SignalGraphFiles& files, const ExportPro
       });
   range = graphAxes(range);
   range.labels = labelLevel(curves, range);
-  writeGnuplotScript(files, plan.title, graphLabels(state, plan.signal), range, linesInto(script));
+  writeGnuplotScript(behindTheirLinks(files), plan.title, graphLabels(state, plan.signal), range,
+                     linesInto(script));
 
   log.step(6);
-  data.write();
+  write(data, files.data);
   results.keepNew();
-  script.write();
+  written_.push_back(files.results);
+  write(script, files.script);
 }
 
-PointToPointLevels ExportProcedures::runPointToPointProgram(const SignalGraphFiles& files,
+PointToPointLevels ExportProcedures::runPointToPointProgram(const std::string& results,
                                                             const ProfileViewState& state,
                                                             const SignalRequest& signal,
                                                             const ptp::PtpParameters& parameters,
@@ -252,25 +286,40 @@ PointToPointLevels ExportProcedures::runPointToPointProgram(const SignalGraphFil
   companion.write();
 
   log.step(4);
-  const std::string program =
-      (fs::path(services_.module->helperProgramFolder) / kPointToPointProgram).string();
+  const std::string& folder = services_.module->helperProgramFolder;
+  // A bare name would be searched for along PATH.
+  if (folder.empty())
+    throw explained(RuntimeError::pathNotFound(),
+                    "the folder of " + std::string(kPointToPointProgram) + " is not known");
+  const std::string program = (fs::path(folder) / kPointToPointProgram).string();
   tellProgress(0, wholePathSamples(state));
   // Whether it came to its end or not, what it has written by then is taken.
-  const ProgramOutcome outcome =
-      runProgram(pointToPointCall(program, scratch, files, state.inputs, signal), state);
-  const std::string text =
-      contentOf(files.results,
-                explained(RuntimeError::fileNotFound(), "no results of " + program + messagesOf(outcome)));
-  return readPointToPointLevels(text, wholePathSamples(state));
+  const ProgramOutcome outcome = runProgram(pointToPointCall(program, scratch, results, state.inputs, signal),
+                                            0, wholePathSamples(state));
+  const std::string text = contentOf(
+      results, explained(RuntimeError::fileNotFound(), "no results of " + program + messagesOf(outcome)));
+  PointToPointLevels levels = readPointToPointLevels(text, wholePathSamples(state));
+  std::string how = shortfall(outcome);
+  if (how.empty() &&
+      std::all_of(levels.begin(), levels.end(), [](double level) { return std::isnan(level); }))
+    how = "gives no level";
+  if (!how.empty()) {
+    const auto read =
+        std::count_if(levels.begin(), levels.end(), [](double level) { return !std::isnan(level); });
+    warnings_.push_back(std::string(kPointToPointProgram) + " " + how + messagesOf(outcome) +
+                        ": the point-to-point curve has " + std::to_string(read) + " of " +
+                        std::to_string(levels.size() - 1) + " samples beyond the first");
+  }
+  return levels;
 }
 
-// No events are handled meanwhile: the window waits, as is meant. A progress that needs none can still end
-// it.
-ProgramOutcome ExportProcedures::runProgram(const ProgramCall& call, const ProfileViewState& state) {
-  const std::int32_t samples = wholePathSamples(state);
+// Events are handled meanwhile, so that it can be cancelled.
+ProgramOutcome ExportProcedures::runProgram(const ProgramCall& call, std::int32_t done,
+                                            std::int32_t samples) {
   bool cancelled = false;
   const ProgramOutcome outcome = programs().run(call, kLongestRun, [&] {
-    cancelled = services_.progress && !services_.progress(0, samples);
+    services_.eventLoop->processPending();
+    cancelled = services_.progress && !services_.progress(done, samples);
     return !cancelled;
   });
   if (cancelled) throw ExportCancelled{};
@@ -292,8 +341,10 @@ void ExportProcedures::drawGraph(const SignalGraphFiles& files, const ProfileVie
   try {
     if (waitForPicture) {
       SetAside picture(files.picture);
-      requirePicture(files, runProgram(call, state));
+      const std::int32_t samples = wholePathSamples(state);
+      requirePicture(picture.path(), runProgram(call, samples, samples));
       picture.keepNew();
+      written_.push_back(files.picture);
     } else {
       programs().start(call);
     }

@@ -99,7 +99,7 @@ void writeTerrainBlock(const ExportProfile& profile, const PieceSink& write) {
   for (std::int32_t before = samples.first; before <= samples.last; before += kHeightsPerLine) {
     write("     &");  // a continuation mark in column 6
     for (std::int32_t i = before + 1; i <= before + kHeightsPerLine; ++i)
-      write(formatNumber(profile.state.elevation[i], "###", profile.numbers) + ",");
+      write(formatNumber(double{profile.state.elevation[i]}, "###", profile.numbers) + ",");
     write("\r\n");
   }
 }

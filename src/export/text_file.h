@@ -5,41 +5,30 @@
 //   the file cannot be made     told when this is made, before anything is computed; what was there stays
 //   an export fails midway      its caller writes what there is: the lines before the failure
 //   an export is cancelled      its caller does not write: what was there stays
-//   the disk is full, the folder is gone, the rights have changed   told by write(); what was there stays
-//   the process is killed       what was there stays; in the instant of writing the new text may be left over
-//                               beside the file, under a name that ends in ".part"
-// An existing file is replaced without asking, with the rights that it had. Through links the file that they
-// lead to is replaced, not the link. Where the folder does not let a file be made beside it, an existing file
-// is written in its place, and gets its old text back when that fails. A device or a pipe is written to.
-//
-// Errors are RuntimeErrors with the system's reason: 61 no room, 70 no right to write, 75 no file can be
-// there, 76 no such folder.
+// How the text comes to the disk, what a failure of that leaves, links, devices and locked folders: as
+// component/services/output_file.h has it.
 #pragma once
 
 #include <string>
 #include <string_view>
+
+#include "component/services/output_file.h"
 
 namespace zel {
 
 class TextFile {
  public:
   // Makes sure that the file can be written and leaves it as it is.
-  explicit TextFile(const std::string& path);
+  explicit TextFile(const std::string& path) : file_(path) {}
 
   void line(std::string_view text);  // with its CR LF
-  void piece(std::string_view text);
+  void piece(std::string_view text) { text_ += text; }
 
   // Once, at the end.
-  void write() const;
+  void write() const { file_.write(text_); }
 
  private:
-  enum class Way { kReplace, kInPlace, kStream };
-
-  void replace() const;
-  void writeInPlace() const;
-
-  std::string target_;
-  Way way_ = Way::kReplace;
+  OutputFile file_;
   std::string text_;
 };
 

@@ -107,4 +107,12 @@ std::optional<double> wholeNumberText(std::string_view text) {
   return value(prefix, text);
 }
 
+std::optional<double> fieldNumberText(std::string_view text) {
+  try {
+    return wholeNumberText(text);
+  } catch (const RuntimeError&) {
+    return std::nullopt;
+  }
+}
+
 }  // namespace zel

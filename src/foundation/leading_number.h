@@ -19,4 +19,7 @@ double typedNumber(std::string_view text);
 // as above.
 std::optional<double> wholeNumberText(std::string_view text);
 
+// The same for a field of a file: a magnitude beyond a 64-bit float is no number.
+std::optional<double> fieldNumberText(std::string_view text);
+
 }  // namespace zel

@@ -16,7 +16,9 @@ struct ProgramCall {
   std::vector<std::string> arguments;
 };
 
-// How a program that was waited for stands.
+// How a program that was waited for stands. In a host that ignores SIGCHLD, or waits for all of its children
+// itself, the system keeps no status: a program that has ended is then finished, not crashed, with exit code
+// 0, whatever it did.
 struct ProgramOutcome {
   bool finished = false;  // within the time
   bool crashed = false;   // ended by a signal
@@ -32,8 +34,9 @@ using KeepWaiting = std::function<bool()>;
 class ProcessRunner {
  public:
   virtual ~ProcessRunner() = default;
-  // Starts the program and waits for its end, so many milliseconds at most. One that has not ended by then is
-  // ended.
+  // Starts the program and waits for its end, so many milliseconds at most. One that has not ended by then,
+  // or is no longer waited for, is ended with what it has started. What it has started lives on when it ends
+  // by itself.
   virtual ProgramOutcome run(const ProgramCall& call, std::int32_t milliseconds,
                              const KeepWaiting& keepWaiting) = 0;
   // Starts the program and leaves it to itself. Nothing of it comes to a terminal.

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "foundation/runtime_error.h"
+#include "support/other_user.h"
 #include "support/temporary_folder.h"
 
 namespace zel {
@@ -124,6 +125,12 @@ TEST_F(BitmapFile, TakesNamesThatAreNotAscii) {
   EXPECT_EQ(test::fileBytes(folder_ / "Höhenprofil ✓.bmp").substr(0, 2), "BM");
 }
 
+TEST_F(BitmapFile, TakesNamesThatAreNoText) {
+  writeBitmap(colourful(3, 2), (folder_ / "lat\xE9.bmp").string());
+  EXPECT_EQ(test::fileBytes(folder_ / "lat\xE9.bmp").substr(0, 2), "BM");
+  EXPECT_EQ(filesInFolder(), 1U);
+}
+
 TEST_F(BitmapFile, RefusesAPictureWithoutPixels) {
   EXPECT_EQ(errorOf((folder_ / "plot.bmp").string(), QImage()), 481);
   EXPECT_EQ(filesInFolder(), 0U);
@@ -140,13 +147,13 @@ TEST_F(BitmapFile, SaysWhatIsWrongWithThePlace) {
   EXPECT_EQ(errorOf((folder_ / std::string(300, 'n')).string()), 75) << "a name that is too long";
 }
 
-TEST_F(BitmapFile, SaysThatAFolderMayNotBeWrittenTo) {
-  if (::geteuid() == 0) GTEST_SKIP() << "everything may be written to by root";
+TEST_F(BitmapFile, SaysThatNothingMayBeWritten) {
   test::writeBytes(folder_ / "plot.bmp", "old");
-  fs::permissions(folder_.path(), fs::perms::owner_read | fs::perms::owner_exec);
-  EXPECT_EQ(errorOf((folder_ / "plot.bmp").string()), 70);
-  EXPECT_EQ(errorOf((folder_ / "new.bmp").string()), 70);
-  fs::permissions(folder_.path(), fs::perms::owner_all);
+  ASSERT_EQ(::chmod((folder_ / "plot.bmp").c_str(), 0444), 0);
+  ASSERT_EQ(::chmod(folder_.path().c_str(), 0555), 0);
+  for (const char* name : {"plot.bmp", "new.bmp"})
+    EXPECT_EQ(test::exitCodeAsNobody([&] { return errorOf((folder_ / name).string()); }), 70) << name;
+  ::chmod(folder_.path().c_str(), 0755);
   EXPECT_EQ(test::fileBytes(folder_ / "plot.bmp"), "old");
 }
 

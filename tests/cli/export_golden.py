@@ -16,6 +16,7 @@ RUN = ["--datum", "nad83", "--set", "Profile/Prf_Per=10", "--set", "Profile/Prf_
 PATH = ["--from", "36.40,-84.35,30", "--to", "36.22,-84.12,12"]
 SIGNAL = ["--erp", "2.5", "--longley-rice-clutter", "6", "--ptp-clutter", "4.5"]
 GRAPH = ["--start", "1000", "--end", "24000", "--title", "Ridge to valley"]
+NAMES = ["graph.dat", "graph.plt", "height.csv", "loss.csv", "signal.csv", "signal.csv.terrain.txt"]  # kept in each variant
 MARKERS = (5.3, 21.75)  # km, x of the plot
 # Variant: locale, units, whether the stretch between the markers alone is exported.
 VARIANTS = {"metric": ("C", "metric", False), "imperial": ("C", "imperial", False), "comma": ("de_DE.UTF-8", "metric", False),
@@ -66,7 +67,10 @@ def main():
             program.run(["export", "signal"] + PATH + (view if expanded else []) + shown + SIGNAL +
                         ["-o", f"{variant}/signal.csv"], locale)
             program.run(["export", "signal-graph"] + PATH + SIGNAL + GRAPH + ["-o", f"{variant}/graph.png"], locale)
-            for file in sorted((golden / variant).iterdir()):
+            kept = sorted((golden / variant).iterdir())
+            if [file.name for file in kept] != NAMES:
+                faults.append(f"{golden / variant}: {[file.name for file in kept]} are kept, wanted {NAMES}")
+            for file in kept:
                 found = differences(file.read_bytes(), (program.folder / variant / file.name).read_bytes(),
                                     file.name == "loss.csv")
                 faults += [f"{variant}/{file.name}: {text}" for text in found]

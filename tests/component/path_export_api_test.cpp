@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <limits>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -287,6 +288,39 @@ TEST_F(PathExportTest, WritesUnderAShortNameToo) {
   EXPECT_GT(bytes("a").size(), 1000U);
 }
 
+// The procedures count characters, of which these names have fewer than five.
+TEST_F(PathExportTest, WritesUnderAShortNameOfLettersBeyondAscii) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder_.path());
+  for (const std::string name : {"äöü", "é"}) {
+    PathExportRequest own = request(PathExportKind::kHeightProfile, "");
+    own.file = name;
+    const PathExport result = exportPath(own);
+    EXPECT_EQ(result.status, 0) << name << ": " << result.error;
+    EXPECT_EQ(result.files, std::vector<std::string>{name});
+    EXPECT_GT(bytes(name).size(), 1000U);
+  }
+  std::filesystem::current_path(before);
+}
+
+TEST_F(PathExportTest, TellsOfADeviceThatItHasWrittenTo) {
+  PathExportRequest own = request(PathExportKind::kHeightProfile, "");
+  own.file = "/dev/null";
+  EXPECT_EQ(exported(own).files, std::vector<std::string>{"/dev/null"});
+}
+
+TEST_F(PathExportTest, TellsOfFilesThatItHasWrittenAsTheyWere) {
+  PathExportRequest own = request(PathExportKind::kSignalProfile, "own.csv");
+  const std::vector<std::string> names{file("own.csv"), file("own.csv.terrain.txt")};
+  for (int time = 0; time < 2; ++time) EXPECT_EQ(exported(own).files, names);
+}
+
+TEST_F(PathExportTest, WritesABitmapUnderANameThatIsNoText) {
+  const PathExport result = exported(request(PathExportKind::kBitmap, "lat\xE9.bmp"));
+  EXPECT_EQ(result.files, std::vector<std::string>{file("lat\xE9.bmp")});
+  EXPECT_EQ(bytes("lat\xE9.bmp").substr(0, 2), "BM");
+}
+
 // ---- What the window passes in silence ----
 
 TEST_F(PathExportTest, RefusesAPowerThatIsNone) {
@@ -469,6 +503,23 @@ TEST_F(PathExportTest, ACancelledExportLeavesWhatWasThere) {
     EXPECT_EQ(bytes("own.dat"), "before");
     EXPECT_FALSE(std::filesystem::exists(folder_ / "own.csv.terrain.txt"));
     EXPECT_FALSE(std::filesystem::exists(folder_ / "own.plt"));
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "own_PTP.txt"));
+  }
+  expectNoTrace();
+}
+
+TEST_F(PathExportTest, WhatTheProgressThrowsCancelsTheExportAndIsPassedOn) {
+  for (const auto kind : {PathExportKind::kSignalProfile, PathExportKind::kSignalGraph}) {
+    test::writeBytes(folder_ / "own.csv", "before");
+    test::writeBytes(folder_ / "own.dat", "before");
+    PathExportRequest own = request(kind, "own.csv");
+    own.progress = [](std::int32_t done, std::int32_t) {
+      if (done > 500) throw std::out_of_range("the caller's");
+      return true;
+    };
+    EXPECT_THROW(exportPath(own), std::out_of_range);
+    EXPECT_EQ(bytes("own.csv"), "before");
+    EXPECT_EQ(bytes("own.dat"), "before");
     EXPECT_FALSE(std::filesystem::exists(folder_ / "own_PTP.txt"));
   }
   expectNoTrace();

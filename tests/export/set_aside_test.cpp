@@ -1,6 +1,7 @@
 #include "export/set_aside.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -51,6 +52,53 @@ TEST_F(SetAsideTest, WhereNothingWasNothingIsLeft) {
     writeBytes(path, "new");
   }
   EXPECT_EQ(files(), 0U);
+}
+
+TEST_F(SetAsideTest, ANameMayBeAsLongAsTheSystemTakesIt) {
+  const std::string longest = (folder / std::string(255, 'n')).string();
+  writeBytes(longest, "old");
+  {
+    SetAside aside(longest);
+    EXPECT_FALSE(fs::exists(longest));
+    EXPECT_EQ(files(), 1U) << "it is beside";
+    writeBytes(longest, "new");
+    aside.keepNew();
+  }
+  EXPECT_EQ(fileBytes(longest), "new");
+  EXPECT_EQ(files(), 1U);
+}
+
+TEST_F(SetAsideTest, ALinkStaysAndTheFileBehindItIsSetAside) {
+  fs::create_directory(folder / "data");
+  writeBytes(folder / "data" / "real", "old");
+  fs::create_symlink("data/real", path);
+  {
+    const SetAside aside(path);
+    EXPECT_EQ(aside.path(), folder / "data" / "real");
+    writeBytes(aside.path(), "new");
+  }
+  EXPECT_EQ(fileBytes(folder / "data" / "real"), "old");
+  {
+    SetAside aside(path);
+    writeBytes(aside.path(), "new");
+    aside.keepNew();
+  }
+  EXPECT_TRUE(fs::is_symlink(path));
+  EXPECT_EQ(fileBytes(folder / "data" / "real"), "new");
+}
+
+TEST_F(SetAsideTest, WhatIsNoRegularFileIsAnErrorAndStays) {
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  fs::create_symlink(path, folder / "link");
+  fs::create_symlink("circle", folder / "circle");
+  for (const std::string& name : {path, (folder / "link").string(), (folder / "circle").string()}) try {
+      const SetAside aside(name);
+      ADD_FAILURE() << name;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.number(), 75);
+    }
+  EXPECT_TRUE(fs::is_fifo(path));
+  EXPECT_EQ(files(), 3U);
 }
 
 TEST_F(SetAsideTest, AFolderOfThatNameIsAnErrorAndStays) {

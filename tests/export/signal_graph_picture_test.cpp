@@ -270,13 +270,18 @@ TEST_F(SignalGraphPicture, APointToPointProgramThatIsNotThereIsTold) {
   EXPECT_FALSE(fs::exists(file("graph.dat")));
 }
 
-// One that hangs, with its minute made short.
+// One that hangs, with its minute made as long as it needs to write.
 TEST_F(SignalGraphPicture, APointToPointProgramThatHangsIsEndedAndItsResultsSoFarAreTaken) {
-  writeBytes(folder / "vexptp.exe", "#!/bin/sh\nprintf '3,2,0,0,99.5\\n4,3,0,0,9' > \"$2\"\nsleep 30\n");
+  writeBytes(folder / "vexptp.exe",
+             "#!/bin/sh\nprintf '3,2,0,0,99.5\\n4,3,0,0,9' > \"$2\"\n: > \"$0.ready\"\nsleep 30\n");
   fs::permissions(folder / "vexptp.exe", fs::perms::owner_all);
   module.helperProgramFolder = folder.path().string();
   programs.onRun = [this](const ProgramCall& call) {
-    return real.run(call, call.program == "gnuplot" ? 60000 : 300, {});
+    if (call.program == "gnuplot") return real.run(call, 60000, {});
+    const ProgramOutcome outcome =
+        real.run(call, 60000, [this] { return !fs::exists(folder / "vexptp.exe.ready"); });
+    EXPECT_FALSE(outcome.finished);
+    return outcome;
   };
   ASSERT_EQ(draw(file("graph.png")), ExportOutcome::kWritten);
   const auto all = rows(file("graph.dat"));

@@ -20,6 +20,9 @@ constexpr const char* kResults =
     "sample,distance_km,diffraction_loss_db,clutter_loss_db,level_dbuvm\r\n1,0,-999,-999,-999\r\n"
     "2,1,0,0,106.25\r\n3,2,0,0,100.25\r\n";
 
+// The first bytes and the last of every PNG.
+constexpr std::string_view kPicture = "\x89PNG\r\n\x1A\n...IEND\xAE\x42\x60\x82";
+
 struct SignalGraphTest : test::ExportFixture {
   test::TemporaryFolder temporary;
   test::EnvironmentVariable tmp{"tmp", temporary.path().string()};
@@ -219,11 +222,18 @@ TEST_F(SignalGraphTest, AnEndNotBeyondTheStartIsToldAndBothAreAskedAgain) {
   EXPECT_EQ(dialogs.inputs[6].defaultText, "10000");
 }
 
-TEST_F(SignalGraphTest, AStretchBeyondThePathIsAskedForAgain) {
-  dialogs.answers = {"2.5", "3", "4.5", "20000", "30000", "-5", "30000", "Ridge"};
+TEST_F(SignalGraphTest, AStretchThatReachesBeyondThePathEndsWithIt) {
+  dialogs.answers = {"2.5", "3", "4.5", "-5000", "30000", "Ridge"};
   EXPECT_EQ(graph(), ExportOutcome::kWritten);
-  EXPECT_EQ(dialogs.messages.size(), 2U);
+  EXPECT_EQ(dialogs.messages.size(), 1U) << "Done";
   EXPECT_FALSE(dataLines().back().starts_with('#'));
+}
+
+TEST_F(SignalGraphTest, AStretchBeyondThePathLeavesEveryLineAComment) {
+  dialogs.answers = {"2.5", "3", "4.5", "20000", "30000", "Ridge"};
+  EXPECT_EQ(graph(), ExportOutcome::kWritten);
+  EXPECT_EQ(dialogs.messages.size(), 1U) << "Done";
+  EXPECT_TRUE(dataLines().back().starts_with('#'));
 }
 
 TEST_F(SignalGraphTest, WhatChangesWhileItAsksOrRunsReachesNoLine) {
@@ -280,7 +290,7 @@ TEST_F(SignalGraphTest, ReadsItsLevelsBack) {
   EXPECT_EQ(resultFile(), kResults) << "the result file stays";
 }
 
-TEST_F(SignalGraphTest, HandlesPendingEventsBeforeTheProgramAndAtEachSample) {
+TEST_F(SignalGraphTest, HandlesPendingEventsBeforeAndDuringTheProgramAndAtEachSample) {
   int before = 0;
   const auto run = programs.onRun;
   programs.onRun = [&](const ProgramCall& call) {
@@ -289,7 +299,7 @@ TEST_F(SignalGraphTest, HandlesPendingEventsBeforeTheProgramAndAtEachSample) {
   };
   graph();
   EXPECT_EQ(before, 1);
-  EXPECT_EQ(eventLoop.runs, 12);
+  EXPECT_EQ(eventLoop.runs, 13);
 }
 
 TEST_F(SignalGraphTest, AProgramThatDoesNotEndIsGoneOnWithoutWithWhatItHasWritten) {
@@ -301,6 +311,35 @@ TEST_F(SignalGraphTest, AProgramThatDoesNotEndIsGoneOnWithoutWithWhatItHasWritte
   EXPECT_EQ(test::fieldsOf(dataLines()[12])[3], "100.25");
   EXPECT_EQ(test::fieldsOf(dataLines()[13])[3], "NaN");
   EXPECT_EQ(dialogs.messages.back().text, "Done");
+}
+
+TEST_F(SignalGraphTest, AProgramThatFellShortIsAWarning) {
+  ProgramOutcome outcome{false, false, 0, {}};
+  std::string text = std::string(kResults) + "4,3,0,0,9";
+  programs.onRun = [&](const ProgramCall& call) {
+    writeBytes(call.arguments[1], text);
+    return outcome;
+  };
+  const auto warnings = [this] {
+    ExportProcedures all = procedures();
+    EXPECT_EQ(all.lMakeGNUSignalPlot(file("graph.png"), request()), ExportOutcome::kWritten);
+    return all.warnings();
+  };
+  EXPECT_EQ(warnings(),
+            Answers{"vexptp.exe did not end within a minute: the point-to-point curve has 2 of 10 "
+                    "samples beyond the first"});
+  outcome = {true, true, 0, {}};
+  EXPECT_EQ(warnings(),
+            Answers{"vexptp.exe was killed: the point-to-point curve has 2 of 10 samples beyond the first"});
+  outcome = {true, false, 1, "no room\n"};
+  EXPECT_EQ(warnings(), Answers{"vexptp.exe failed (no room): the point-to-point curve has 2 of 10 samples "
+                                "beyond the first"});
+  outcome = {true, false, 0, {}};
+  EXPECT_EQ(warnings(), Answers{});
+  text = "hello\n";
+  EXPECT_EQ(
+      warnings(),
+      Answers{"vexptp.exe gives no level: the point-to-point curve has 0 of 10 samples beyond the first"});
 }
 
 TEST_F(SignalGraphTest, AProgramThatWritesNothingEndsItThroughTheErrorLog) {
@@ -355,7 +394,67 @@ TEST_F(SignalGraphTest, TheResultsOfAnEarlierRunAreNotTakenForNewOnes) {
   EXPECT_FALSE(fs::exists(file("graph.dat")));
 }
 
+TEST_F(SignalGraphTest, WithoutAFolderItIsNotLookedForAlongThePath) {
+  module.helperProgramFolder.clear();
+  EXPECT_EQ(graph(), ExportOutcome::kFailed);
+  expectLogged("76 (Path not found: the folder of vexptp.exe is not known)", 4);
+  EXPECT_TRUE(programs.runs.empty());
+  EXPECT_TRUE(nothingWritten());
+}
+
 // --- files ---
+
+TEST_F(SignalGraphTest, ABaseNameThatLeavesJustEnoughRoomIsWrittenTwice) {
+  store.set("Settings", "gnuPlotEXE", "/opt/gnuplot");
+  const std::string base(245, 'n');
+  const auto run = programs.onRun;
+  programs.onRun = [&](const ProgramCall& call) {
+    if (call.program != "/opt/gnuplot") return run(call);
+    writeBytes(file(base + ".png"), std::string(kPicture));
+    return ProgramOutcome{true, false, 0, {}};
+  };
+  SignalGraphRequest waiting = request();
+  waiting.waitForPicture = true;
+  for (int time = 1; time <= 2; ++time)
+    EXPECT_EQ(procedures().lMakeGNUSignalPlot(file(base + ".png"), waiting), ExportOutcome::kWritten) << time;
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 4);
+}
+
+TEST_F(SignalGraphTest, ThroughLinksResultsAndPictureAreTheFilesBehindThem) {
+  store.set("Settings", "gnuPlotEXE", "/opt/gnuplot");
+  const test::TemporaryFolder elsewhere;
+  const std::string results_ = (elsewhere / "real.txt").string(), picture = (elsewhere / "real.png").string();
+  writeBytes(results_, "old");
+  writeBytes(picture, "old");
+  fs::create_symlink(results_, file("graph_PTP.txt"));
+  fs::create_symlink(picture, file("graph.png"));
+  const auto run = programs.onRun;
+  programs.onRun = [&](const ProgramCall& call) {
+    if (call.program != "/opt/gnuplot") return run(call);
+    EXPECT_NE(script().find('"' + picture + '"'), std::string::npos) << script();
+    writeBytes(picture, std::string(kPicture));
+    return ProgramOutcome{true, false, 0, {}};
+  };
+  SignalGraphRequest waiting = request();
+  waiting.waitForPicture = true;
+  EXPECT_EQ(given(waiting), ExportOutcome::kWritten);
+  EXPECT_EQ(programs.runs[0].arguments[1], results_);
+  EXPECT_TRUE(fs::is_symlink(file("graph_PTP.txt")));
+  EXPECT_TRUE(fs::is_symlink(file("graph.png")));
+  EXPECT_EQ(fileBytes(results_), kResults);
+  EXPECT_EQ(fileBytes(picture), kPicture);
+}
+
+// gnuplot would run what follows the bar.
+TEST_F(SignalGraphTest, ALinkIsNoWayToACommand) {
+  const fs::path before = fs::current_path();
+  fs::current_path(folder.path());
+  fs::create_symlink("|command", "graph.png");
+  EXPECT_EQ(procedures().lMakeGNUSignalPlot("graph.png", request()), ExportOutcome::kWritten);
+  fs::current_path(before);
+  EXPECT_NE(script().find("\"./|command\""), std::string::npos) << script();
+  EXPECT_EQ(script().find("\"|command\""), std::string::npos) << script();
+}
 
 TEST_F(SignalGraphTest, WritesDataAndScriptByWholeLines) {
   EXPECT_EQ(given(request()), ExportOutcome::kWritten);
@@ -566,12 +665,13 @@ TEST_F(SignalGraphTest, AMissingGnuplotGoesToTheErrorLogAndTheFilesStay) {
 struct SignalGraphPictureTest : SignalGraphTest {
   ProgramOutcome gnuplot{true, false, 0, {}};
   bool draws = true;
+  std::string picture{kPicture};
   void SetUp() override {
     SignalGraphTest::SetUp();
     store.set("Settings", "gnuPlotEXE", "gnuplot");
     programs.onRun = [this](const ProgramCall& call) {
       if (call.program == "gnuplot") {
-        if (draws) writeBytes(file("graph.png"), "png");
+        if (draws) writeBytes(file("graph.png"), picture);
         return gnuplot;
       }
       writeBytes(call.arguments[1], kResults);
@@ -620,6 +720,14 @@ TEST_F(SignalGraphPictureTest, NotMadeIsAnErrorWithWhatGnuplotSays) {
 TEST_F(SignalGraphPictureTest, NotMadeByAProgramThatIsNoGnuplotIsAnError) {
   draws = false;
   EXPECT_EQ(waited(), ExportOutcome::kFailed);
+}
+
+TEST_F(SignalGraphPictureTest, CutByAFullDiskIsAnErrorAndTheOldOneStays) {
+  writeBytes(file("graph.png"), "old");
+  picture.resize(picture.size() - 1);
+  EXPECT_EQ(waited(), ExportOutcome::kFailed);
+  EXPECT_EQ(failure->number(), 61);
+  EXPECT_EQ(fileBytes(file("graph.png")), "old");
 }
 
 TEST_F(SignalGraphPictureTest, NotMadeWithinAMinuteIsAnError) {

@@ -75,8 +75,13 @@ TEST(SignalGraphFiles, ARelativeNameIsNotTakenForACommandOrAnOption) {
   EXPECT_EQ(signalGraphFiles("/|mail.png").picture, "/|mail.png");
 }
 
-TEST(SignalGraphFiles, ANameOfAFolderIsAnError) {
-  for (const std::string name : {"/graphs/", "/graphs/.."}) try {
+TEST(SignalGraphFiles, ANameThatBeginsWithAPointIsABaseName) {
+  EXPECT_EQ(signalGraphFiles("/graphs/.north").picture, "/graphs/.north.png");
+  EXPECT_EQ(signalGraphFiles("/graphs/.north.png").data, "/graphs/.north.dat");
+}
+
+TEST(SignalGraphFiles, ANameWithoutABaseNameIsAnError) {
+  for (const std::string name : {"/graphs/", "/graphs/..", "/graphs/.", "/graphs/.png"}) try {
       signalGraphFiles(name);
       ADD_FAILURE() << name;
     } catch (const RuntimeError& error) {
@@ -96,11 +101,12 @@ TEST(SignalGraphStretch, ASampleIsTheNearestAndHalvesGoToTheEvenOne) {
   EXPECT_EQ(graphSample(state, 2501), 3);
 }
 
-TEST(SignalGraphStretch, APlaceOffThePathIsTheEndOfItThere) {
+TEST(SignalGraphStretch, APlaceOffThePathCountsOnBeyondIt) {
   const ProfileViewState state = test::exportableState();
-  EXPECT_EQ(graphSample(state, -5000), 0);
+  EXPECT_EQ(graphSample(state, -5000), -5);
   EXPECT_EQ(graphSample(state, 10000), 10);
-  EXPECT_EQ(graphSample(state, 1e300), 10);
+  EXPECT_EQ(graphSample(state, 25000), 25);
+  EXPECT_THROW(graphSample(state, 1e300), RuntimeError);
   EXPECT_THROW(graphSample(state, std::nan("")), RuntimeError);
 }
 

@@ -1,22 +1,21 @@
 #include "export/text_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <cstdlib>
 #include <functional>
 
 #include "foundation/runtime_error.h"
+#include "support/other_user.h"
 #include "support/temporary_folder.h"
 
 namespace zel {
 namespace {
 
 namespace fs = std::filesystem;
+using test::exitCodeAsNobody;
+using test::exitCodeWithLargestFile;
 using test::fileBytes;
 using test::TemporaryFolder;
 using test::writeBytes;
@@ -41,30 +40,6 @@ int errorOf(const std::function<void()>& body) {
 
 std::size_t entriesOf(const fs::path& folder) {
   return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
-}
-
-// In a process of its own, as a user who is not above the rights of files. The body's result is its exit
-// code.
-int exitCodeAsNobody(const std::function<int()>& body) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    constexpr uid_t kNobody = 65534;
-    if (::geteuid() == 0 && ::setuid(kNobody) != 0) ::_exit(97);
-    ::_exit(body());
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-// In a process of its own that may not make files larger than so many bytes.
-int exitCodeWithLargestFile(rlim_t bytes, const std::function<int()>& body) {
-  return exitCodeAsNobody([&] {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{bytes, bytes};
-    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 96;
-    return body();
-  });
 }
 
 TEST(TextFile, EndsItsLinesWithCrLf) {
@@ -129,6 +104,14 @@ TEST(TextFile, ANameWithoutAFolderLiesInTheCurrentOne) {
   writeLine("plain.csv", "text");
   fs::current_path(before);
   EXPECT_EQ(fileBytes(folder / "plain.csv"), "text\r\n");
+}
+
+TEST(TextFile, ANameMayBeBytesThatAreNoText) {
+  const TemporaryFolder folder;
+  const std::string longest(255, '\xBF');  // would all belong to one character
+  writeLine(folder / longest, "text");
+  EXPECT_EQ(fileBytes(folder / longest), "text\r\n");
+  EXPECT_EQ(entriesOf(folder.path()), 1U);
 }
 
 // --- what cannot be written ---
@@ -227,6 +210,11 @@ TEST(TextFile, AFullDiskGivesAFileInALockedFolderItsOldTextBack) {
             kDiskFull);
   EXPECT_EQ(fileBytes(folder / "a.csv"), "old");
   ::chmod(folder.path().c_str(), 0755);
+}
+
+// Else an old text that could not be read would be given back as an empty one.
+TEST(ContentOfFile, AnErrorInReadingIsNoEnd) {
+  EXPECT_EQ(errorOf([] { contentOfFile("/proc/self/mem"); }), kAccessError) << "opens, and cannot be read";
 }
 
 // --- links, devices ---

@@ -48,6 +48,7 @@ struct Surroundings {
     module.station2 = kEnd;
     module.antennaHeights = {30, 12};
     module.datumText = "NAD-83";
+    module.helperProgramFolder = "/of/the/runner";
     programs.onRun = runPointToPoint;
   }
 

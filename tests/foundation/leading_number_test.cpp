@@ -156,5 +156,13 @@ TEST(WholeNumberText, RaisesOverflowLikeTheLeadingNumber) {
   EXPECT_EQ(wholeNumberText("1e999x"), std::nullopt);
 }
 
+TEST(FieldNumberText, HasAPointAndIsFinite) {
+  EXPECT_EQ(fieldNumberText("-12.50"), -12.5);
+  EXPECT_EQ(fieldNumberText(" 7 "), 7);
+  EXPECT_EQ(fieldNumberText("1.5E-05"), 1.5e-5);
+  for (const char* text : {"", " ", "12,5", "12x", "nan", "inf", "-inf", "1e999", "0x10", "1 2", "--1"})
+    EXPECT_EQ(fieldNumberText(text), std::nullopt) << text;
+}
+
 }  // namespace
 }  // namespace zel

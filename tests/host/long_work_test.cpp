@@ -6,6 +6,8 @@
 
 #include <csignal>
 
+#include "command_line/command_error.h"
+
 namespace zel::host {
 namespace {
 
@@ -26,13 +28,17 @@ TEST(LongWork, GoesOnUntilItIsAskedToStop) {
   EXPECT_FALSE(LongWork::interrupted());
   std::raise(SIGINT);
   EXPECT_TRUE(LongWork::interrupted());
+  EXPECT_EQ(CommandInterrupted("", LongWork::askedBy()).exitCode(), 130);
   EXPECT_FALSE(work.advance(2, 10));
 }
 
 TEST(LongWork, IsAskedByTheRequestToEndToo) {
   LongWork work("Work");
+  EXPECT_EQ(LongWork::askedBy(), 0);
   std::raise(SIGTERM);
   EXPECT_FALSE(work.advance(2, 10));
+  EXPECT_EQ(LongWork::askedBy(), SIGTERM);
+  EXPECT_EQ(CommandInterrupted("", LongWork::askedBy()).exitCode(), 143) << "as shells have it";
 }
 
 TEST(LongWork, IsNotStoppedByWhatStoppedTheOneBefore) {

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
+#include <string>
+#include <system_error>
 
 #include "foundation/runtime_error.h"
 #include "support/environment_variable.h"
@@ -51,8 +54,11 @@ TEST_F(ScratchFileTest, TheTemporaryFolderIsTmpThenTMPDIRThenTheSystems) {
     EXPECT_TRUE(ScratchFile("P").path().starts_with(other.path().string() + "/P/"));
   }
   const EnvironmentVariable empty("tmp", ""), none("TMPDIR", std::nullopt);
-  EXPECT_TRUE(ScratchFile("zel-test-product").path().starts_with("/tmp/zel-test-product"));
-  fs::remove("/tmp/zel-test-product");
+  // In a folder that every user shares.
+  const std::string product = "zel-test-product-" + std::to_string(::getpid());
+  EXPECT_TRUE(ScratchFile(product).path().starts_with("/tmp/" + product + "/"));
+  std::error_code ignored;
+  fs::remove("/tmp/" + product, ignored);
 }
 
 TEST_F(ScratchFileTest, OnlyTheUserMayEnterTheFolder) {
@@ -79,14 +85,16 @@ TEST_F(ScratchFileTest, AProductThatIsNoFolderNameGetsOne) {
     EXPECT_TRUE(ScratchFile(name).path().starts_with((folder / "zelProfiler01").string() + "/")) << name;
 }
 
-// A folder that others may write into, a link to a folder elsewhere, a file: none is taken.
+// A folder that others may write into or read, a link to a folder elsewhere, a file: none is taken.
 TEST_F(ScratchFileTest, WhatIsNotTheUsersAloneIsLeftAndAFolderBesideItIsTaken) {
   TemporaryFolder elsewhere;
   fs::create_directory(folder / "open");
   ::chmod((folder / "open").c_str(), 0777);
+  fs::create_directory(folder / "readable");
+  ::chmod((folder / "readable").c_str(), 0750);
   fs::create_directory_symlink(elsewhere.path(), folder / "link");
   writeBytes(folder / "file", "x");
-  for (const std::string name : {"open", "link", "file"}) {
+  for (const std::string name : {"open", "readable", "link", "file"}) {
     std::string own;
     {
       const ScratchFile scratch(name);
@@ -97,6 +105,7 @@ TEST_F(ScratchFileTest, WhatIsNotTheUsersAloneIsLeftAndAFolderBesideItIsTaken) {
     EXPECT_FALSE(fs::exists(own)) << "gone with its file";
   }
   EXPECT_TRUE(fs::is_empty(folder / "open"));
+  EXPECT_TRUE(fs::is_empty(folder / "readable"));
   EXPECT_TRUE(fs::is_empty(elsewhere.path()));
 }
 

@@ -78,6 +78,7 @@ TEST(ContourStep, IsTheFinestOfOneTwoAndFiveThatKeepsTheNumber) {
   EXPECT_EQ(contourStep(120, 240, 12), 20);
   EXPECT_EQ(contourStep(100, 200, 1), 200);
   EXPECT_EQ(contourStep(150, 150, 1), 1);
+  EXPECT_EQ(contourStep(-50, 50, 1), 100) << "0 is a multiple of every step";
 }
 
 }  // namespace

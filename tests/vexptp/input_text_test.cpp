@@ -20,14 +20,6 @@ TEST(InputText, LinesEndInLfOrCrLfAndTheLastNeedsNoEnd) {
 
 TEST(InputText, ACarriageReturnWithinALineStays) { EXPECT_EQ(linesOf("a\rb\r\r\n"), (Lines{"a\rb\r"})); }
 
-TEST(InputText, NumbersHaveAPointAndAreFinite) {
-  EXPECT_EQ(numberText("-12.50"), -12.5);
-  EXPECT_EQ(numberText(" 7 "), 7);
-  EXPECT_EQ(numberText("1.5E-05"), 1.5e-5);
-  for (const char* text : {"", " ", "12,5", "12x", "nan", "inf", "-inf", "1e999", "0x10", "1 2", "--1"})
-    EXPECT_EQ(numberText(text), std::nullopt) << text;
-}
-
 TEST(InputText, AQuotedTextIsShortAndOnOneLine) {
   EXPECT_EQ(inQuotes("12,5"), "\"12,5\"");
   EXPECT_EQ(inQuotes(std::string_view("a\n\0\x80z", 5)), "\"a???z\"");

@@ -3,9 +3,7 @@
 // The file says how large a pixel is: 1/96 inch for a picture of pixel ratio 1, half of that at ratio 2
 // (3780 and 7559 pixels a metre). The ratio is the picture's own; transparency becomes what is under it.
 //
-// What a failure leaves: the file that was there before. The new one is written beside it and takes its place
-// when it is complete; through links the file that they lead to is replaced. A device or a pipe is written
-// to.
+// It is written whole or not at all, as component/services/output_file.h has it.
 #pragma once
 
 #include <QImage>
@@ -13,8 +11,7 @@
 
 namespace zel {
 
-// Throws RuntimeError: 61 no room, 70 no right to write, 75 no file can be there, 76 no such folder, each
-// with the path and the system's reason; 481 for a picture without pixels.
+// Throws RuntimeError: those of OutputFile; 481 for a picture without pixels.
 void writeBitmap(const QImage& picture, const std::string& path);
 
 }  // namespace zel

@@ -1,6 +1,7 @@
 // The public exports: the window's own procedures over a view without a window.
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <filesystem>
 #include <utility>
 
@@ -11,6 +12,8 @@
 #include "component/api/ready_component.h"
 #include "component/api/windowless_view.h"
 #include "component/desktop/user_numbers.h"
+#include "component/services/characters.h"
+#include "export/export_limits.h"
 #include "export/export_procedures.h"
 #include "export/signal_graph.h"
 #include "foundation/number_text.h"
@@ -23,37 +26,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int32_t kFewestSignalSamples = 10, kFewestGraphSamples = 3;
 constexpr double kDefaultErp = 1;  // kW
 constexpr double kMetresPerKm = 1000;
 constexpr double kRoundedMetres = 1;      // a distance that was told in kilometres
 constexpr double kHighestPower = 1e6;     // kW
 constexpr double kHighestClutter = 1000;  // dB, either way
-constexpr std::size_t kShortestName = 5;  // characters; the procedures pass over shorter ones
 constexpr std::int32_t kNarrowest = 100, kLowest = 80, kLargest = 8000;  // logical pixels
 
-// The same file under a name that is long enough for the procedures.
+// The same file under a name that is long enough for the procedures, which count characters.
 std::string longEnough(std::string file) {
   const std::string more = fs::path(file).is_absolute() ? "/." : "./";
-  while (file.size() < kShortestName) file.insert(0, more);
+  while (characterCount(file) < kShortestExportName) file.insert(0, more);
   return file;
 }
-
-// Whether a file is the one that it was.
-struct FileState {
-  explicit FileState(const std::string& path) {
-    std::error_code none;
-    exists = fs::exists(path, none);
-    if (!exists) return;
-    written = fs::last_write_time(path, none);
-    size = fs::is_regular_file(path, none) ? fs::file_size(path, none) : 0;
-  }
-  friend bool operator==(const FileState&, const FileState&) = default;
-
-  bool exists = false;
-  fs::file_time_type written;
-  std::uintmax_t size = 0;
-};
 
 bool hasSignals(PathExportKind kind) {
   return kind == PathExportKind::kSignalProfile || kind == PathExportKind::kSignalGraph;
@@ -66,7 +51,8 @@ bool showsHeights(PathExportKind kind) {
 
 class WindowlessExport {
  public:
-  WindowlessExport(Component& component, const PathExportRequest& request)
+  // `thrown` is what the request's progress throws.
+  WindowlessExport(Component& component, const PathExportRequest& request, std::exception_ptr& thrown)
       : component_(component),
         request_(request),
         file_(longEnough(request.file)),
@@ -74,7 +60,8 @@ class WindowlessExport {
               {request.kind == PathExportKind::kBitmap ? "they are drawn in red, at sea level"
                                                        : "they are exported as 0 m above sea level",
                "the path cannot be profiled", showsHeights(request.kind)},
-              result_.notes, result_.warnings) {}
+              result_.notes, result_.warnings),
+        thrown_(thrown) {}
 
   PathExport run() {
     try {
@@ -154,6 +141,10 @@ class WindowlessExport {
   void takeModels() {
     if (request_.kind != PathExportKind::kLossTable && !hasSignals(request_.kind)) return;
     result_.model = takeModelInputs(view_.inputs(), SettingsUser::kWindow, result_.notes, result_.warnings);
+    if (const float frequency = state().inputs.frequency;
+        request_.kind == PathExportKind::kLossTable && !isModelFrequency(frequency))
+      result_.warnings.push_back("the frequency of " + generalNumber(decimalValue(frequency)) +
+                                 " MHz is outside 20 to 20000 MHz, for which the model is meant");
     if (!hasSignals(request_.kind)) return;
     PathInputs& inputs = view_.inputs();
     const SettingsReader& reader = inputs.settings();
@@ -218,14 +209,15 @@ class WindowlessExport {
     view_.draw(canvas);
     if (result_.model && state().model) noteDeviates(*state().model, *result_.model, result_.notes);
     checkSamples();
-    const std::vector<std::string> names = fileNames();
-    std::vector<FileState> before;
-    for (const std::string& name : names) before.emplace_back(name);
-
+    const std::vector<std::string> names = fileNames(request_.file), passed = fileNames(file_);
     ExportProcedures procedures(services(), view_.inputs().settings(), state());
     const ExportOutcome outcome = runExport(procedures);
+    const std::vector<std::string>& written = procedures.written();
     for (std::size_t i = 0; i < names.size(); ++i)
-      if (FileState(names[i]) != before[i]) result_.files.push_back(names[i]);
+      if (std::find(written.begin(), written.end(), passed[i]) != written.end())
+        result_.files.push_back(names[i]);
+    result_.warnings.insert(result_.warnings.end(), procedures.warnings().begin(),
+                            procedures.warnings().end());
     judge(outcome, procedures.failure());
   }
 
@@ -243,8 +235,20 @@ class WindowlessExport {
     services.errorLog = &trap.log;
     services.programs = component_.programs();
     services.numbers = userNumberStyle();
-    services.progress = request_.progress;
+    if (request_.progress)
+      services.progress = [this](std::int32_t done, std::int32_t all) { return goesOn(done, all); };
     return services;
+  }
+
+  // What the caller's function throws is no failure of the export: it cancels, and is passed on after that.
+  bool goesOn(std::int32_t done, std::int32_t all) {
+    if (thrown_) return false;
+    try {
+      return request_.progress(done, all);
+    } catch (...) {
+      thrown_ = std::current_exception();
+      return false;
+    }
   }
 
   ExportOutcome runExport(ExportProcedures& procedures) {
@@ -268,10 +272,7 @@ class WindowlessExport {
       case ExportOutcome::kWritten:
         return;
       case ExportOutcome::kCancelled:
-        throw Refusal{result_.files.empty()
-                          ? "the export was cancelled; nothing was written"
-                          : "the export was cancelled while gnuplot drew; its script and data are written",
-                      kPathExportCancelled};
+        throw Refusal{std::string("the export was cancelled") + whenCancelled(), kPathExportCancelled};
       case ExportOutcome::kNothing:
         throw Refusal{"the path has nothing to export"};
       case ExportOutcome::kFailed:
@@ -279,6 +280,13 @@ class WindowlessExport {
     }
     const std::string reason = failure ? failure->description() : std::string("the export failed");
     throw Refusal{reason + hint(failure), kPathExportFailed};
+  }
+
+  const char* whenCancelled() const {
+    if (result_.files.empty()) return "; nothing was written";
+    return request_.kind == PathExportKind::kSignalGraph
+               ? " while gnuplot drew; its script and data are written"
+               : "; some of its files are written";
   }
 
   // Two rules of the files run past the samples, and are meant.
@@ -306,15 +314,14 @@ class WindowlessExport {
   }
 
   // In the order of the kind's description.
-  std::vector<std::string> fileNames() const {
-    if (request_.kind == PathExportKind::kSignalProfile)
-      return {request_.file, request_.file + ".terrain.txt"};
-    if (request_.kind != PathExportKind::kSignalGraph) return {request_.file};
+  std::vector<std::string> fileNames(const std::string& file) const {
+    if (request_.kind == PathExportKind::kSignalProfile) return {file, file + std::string(kTerrainFileEnd)};
+    if (request_.kind != PathExportKind::kSignalGraph) return {file};
     try {
-      const SignalGraphFiles files = signalGraphFiles(request_.file);
+      const SignalGraphFiles files = signalGraphFiles(file);
       return {files.data, files.script, files.picture, files.results};
     } catch (const RuntimeError& error) {
-      throw Refusal{error.description() + ": " + request_.file + "; name a file"};
+      throw Refusal{error.description() + ": " + file + "; name a file"};
     }
   }
 
@@ -378,12 +385,17 @@ class WindowlessExport {
   WindowlessView view_;
   SignalRequest signal_;
   SignalGraphRequest graph_;
+  std::exception_ptr& thrown_;
 };
 
 }  // namespace
 
 PathExport exportPath(const PathExportRequest& request) {
-  return accessing([&](Component& component) { return WindowlessExport(component, request).run(); });
+  std::exception_ptr thrown;
+  PathExport result =
+      accessing([&](Component& component) { return WindowlessExport(component, request, thrown).run(); });
+  if (thrown) std::rethrow_exception(thrown);
+  return result;
 }
 
 }  // namespace zel

@@ -33,6 +33,11 @@ RuntimeError startError(const std::string& program, int systemError) {
                               std::generic_category().message(systemError) + ")"};
 }
 
+// 0 is no error.
+void require(int error, const std::string& program) {
+  if (error != 0) throw startError(program, error);
+}
+
 bool mayBeRun(const std::string& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0;
@@ -99,21 +104,20 @@ std::array<int, 2> makePipe(const std::string& program) {
   return {read.release(), written.release()};
 }
 
-// What the host has done to signals is not the program's.
-sigset_t ownSignals() {
+// What the host ignores or holds back is no matter of the program's: it begins with every signal as the
+// system has it.
+sigset_t everySignal() {
   sigset_t signals;
-  ::sigemptyset(&signals);
-  ::sigaddset(&signals, SIGPIPE);
-  ::sigaddset(&signals, SIGINT);
-  ::sigaddset(&signals, SIGQUIT);
-  ::sigaddset(&signals, SIGTERM);
+  ::sigfillset(&signals);
   return signals;
 }
 
 // --- a program that is waited for ---
 
 struct SpawnActions {
-  SpawnActions() { ::posix_spawn_file_actions_init(&value); }
+  explicit SpawnActions(const std::string& program) {
+    require(::posix_spawn_file_actions_init(&value), program);
+  }
   ~SpawnActions() { ::posix_spawn_file_actions_destroy(&value); }
   SpawnActions(const SpawnActions&) = delete;
   SpawnActions& operator=(const SpawnActions&) = delete;
@@ -121,7 +125,7 @@ struct SpawnActions {
 };
 
 struct SpawnAttributes {
-  SpawnAttributes() { ::posix_spawnattr_init(&value); }
+  explicit SpawnAttributes(const std::string& program) { require(::posix_spawnattr_init(&value), program); }
   ~SpawnAttributes() { ::posix_spawnattr_destroy(&value); }
   SpawnAttributes(const SpawnAttributes&) = delete;
   SpawnAttributes& operator=(const SpawnAttributes&) = delete;
@@ -129,27 +133,27 @@ struct SpawnAttributes {
 };
 
 pid_t spawn(const ProgramCall& call, int messages) {
-  SpawnActions actions;
-  ::posix_spawn_file_actions_addopen(&actions.value, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  ::posix_spawn_file_actions_addopen(&actions.value, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-  ::posix_spawn_file_actions_adddup2(&actions.value, messages, STDERR_FILENO);
-  ::posix_spawn_file_actions_addclosefrom_np(&actions.value, STDERR_FILENO + 1);
+  const auto made = [&call](int error) { require(error, call.program); };
+  SpawnActions actions(call.program);
+  made(::posix_spawn_file_actions_addopen(&actions.value, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+  made(::posix_spawn_file_actions_addopen(&actions.value, STDOUT_FILENO, "/dev/null", O_WRONLY, 0));
+  made(::posix_spawn_file_actions_adddup2(&actions.value, messages, STDERR_FILENO));
+  made(::posix_spawn_file_actions_addclosefrom_np(&actions.value, STDERR_FILENO + 1));
 
-  SpawnAttributes attributes;
+  SpawnAttributes attributes(call.program);
   sigset_t none;
   ::sigemptyset(&none);
-  const sigset_t defaults = ownSignals();
-  ::posix_spawnattr_setflags(&attributes.value,
-                             POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-  ::posix_spawnattr_setpgroup(&attributes.value, 0);
-  ::posix_spawnattr_setsigmask(&attributes.value, &none);
-  ::posix_spawnattr_setsigdefault(&attributes.value, &defaults);
+  const sigset_t defaults = everySignal();
+  made(::posix_spawnattr_setflags(&attributes.value,
+                                  POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+  made(::posix_spawnattr_setpgroup(&attributes.value, 0));
+  made(::posix_spawnattr_setsigmask(&attributes.value, &none));
+  made(::posix_spawnattr_setsigdefault(&attributes.value, &defaults));
 
   pid_t process = 0;
   const std::string path = programPath(call.program);
-  const int error = ::posix_spawn(&process, path.c_str(), &actions.value, &attributes.value,
-                                  ArgumentList(call).get(), environ);
-  if (error != 0) throw startError(call.program, error);
+  made(::posix_spawn(&process, path.c_str(), &actions.value, &attributes.value, ArgumentList(call).get(),
+                     environ));
   return process;
 }
 
@@ -219,17 +223,39 @@ class RunningProgram {
 
 // --- a program that is left to itself ---
 
-// In the child of a child: only calls that are safe there, nothing that allocates.
+// The processes between the host and the program come from _Fork, which runs none of the host's handlers of
+// forks: those may wait for locks that another thread holds. The host's handlers of signals run in none of
+// them either: every signal is held back until they are taken away.
+class SignalsHeldBack {
+ public:
+  SignalsHeldBack() {
+    const sigset_t all = everySignal();
+    ::pthread_sigmask(SIG_SETMASK, &all, &before_);
+  }
+  ~SignalsHeldBack() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  SignalsHeldBack(const SignalsHeldBack&) = delete;
+  SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
+// From here to startFirst(): in a child, only calls that are safe there, nothing that allocates.
+
+[[noreturn]] void endWithReport(int report, int error) {
+  const ssize_t written = ::write(report, &error, sizeof error);
+  ::_exit(written == sizeof error ? 127 : 126);
+}
+
 [[noreturn]] void become(const char* path, char* const* arguments, int report) {
   ::setsid();
-  const sigset_t defaults = ownSignals();
   struct sigaction plain {};
   plain.sa_handler = SIG_DFL;
-  for (int signal = 1; signal < NSIG; ++signal)
-    if (::sigismember(&defaults, signal) == 1) ::sigaction(signal, &plain, nullptr);
+  // Those that cannot be set are as they should be.
+  for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &plain, nullptr);
   sigset_t none;
   ::sigemptyset(&none);
-  ::sigprocmask(SIG_SETMASK, &none, nullptr);
+  ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
   const int nothing = ::open("/dev/null", O_RDWR);
   for (int number = 0; number <= STDERR_FILENO; ++number) ::dup2(nothing, number);
   // The report closes when the program has taken over.
@@ -237,9 +263,38 @@ class RunningProgram {
   ::fcntl(STDERR_FILENO + 1, F_SETFD, FD_CLOEXEC);
   ::close_range(STDERR_FILENO + 2, ~0U, 0);
   ::execve(path, arguments, environ);
-  const int error = errno;
-  const ssize_t written = ::write(STDERR_FILENO + 1, &error, sizeof error);
-  ::_exit(written == sizeof error ? 127 : 126);
+  endWithReport(STDERR_FILENO + 1, errno);
+}
+
+// A child whose own child becomes the program, and is nobody's when the first one ends, which is at once.
+// Less than 0: an error's number, negated.
+pid_t startFirst(const char* path, char* const* arguments, int report) {
+  const SignalsHeldBack held;
+  const pid_t first = ::_Fork();
+  if (first != 0) return first > 0 ? first : -errno;
+  const pid_t program = ::_Fork();
+  if (program == 0) become(path, arguments, report);
+  if (program < 0) endWithReport(report, errno);
+  ::_exit(0);
+}
+
+// Why the program could not be started: an error's number, 0 when it has taken over. Nothing said for some
+// seconds is taken for that too: a process that another thread has forked meanwhile holds the report open for
+// as long as it lives.
+int readReport(const Descriptor& report) {
+  using std::chrono::milliseconds;
+  const auto latest = Clock::now() + std::chrono::seconds(3);
+  pollfd waited{report.get(), POLLIN, 0};
+  int ready = 0;
+  do {
+    const auto left = std::chrono::duration_cast<milliseconds>(latest - Clock::now());
+    ready = ::poll(&waited, 1, static_cast<int>(std::max(left, milliseconds(0)).count()));
+  } while (ready < 0 && errno == EINTR);
+  if (ready <= 0) return 0;
+  int error = 0;
+  ssize_t count = 0;
+  while ((count = ::read(report.get(), &error, sizeof error)) < 0 && errno == EINTR) continue;
+  return count == sizeof error ? error : 0;
 }
 
 }  // namespace
@@ -248,16 +303,9 @@ ProgramOutcome DesktopPrograms::run(const ProgramCall& call, std::int32_t millis
                                     const KeepWaiting& keepWaiting) {
   const auto latest = Clock::now() + std::chrono::milliseconds(milliseconds);
   const std::array<int, 2> messages = makePipe(call.program);
-  Descriptor written(messages[1]);
-  int read = messages[0];
-  pid_t process = 0;
-  try {
-    process = spawn(call, written.get());
-  } catch (...) {
-    ::close(read);
-    throw;
-  }
-  RunningProgram program(process, read);
+  Descriptor read(messages[0]), written(messages[1]);
+  const pid_t process = spawn(call, written.get());
+  RunningProgram program(process, read.release());
   written.close();
   return program.waitUntil(latest, keepWaiting);
 }
@@ -266,23 +314,13 @@ void DesktopPrograms::start(const ProgramCall& call) {
   const std::string path = programPath(call.program);
   const ArgumentList arguments(call);
   const std::array<int, 2> report = makePipe(call.program);
-  Descriptor read(report[0]);
+  const Descriptor read(report[0]);
   Descriptor written(report[1]);
-  const pid_t between = ::fork();
-  if (between < 0) throw startError(call.program, errno);
-  if (between == 0) {
-    const pid_t program = ::fork();
-    if (program == 0) become(path.c_str(), arguments.get(), written.get());
-    ::_exit(program < 0 ? 1 : 0);
-  }
+  const pid_t first = startFirst(path.c_str(), arguments.get(), written.get());
+  if (first < 0) throw startError(call.program, -first);
   written.close();
-  int status = 0;
-  while (::waitpid(between, &status, 0) < 0 && errno == EINTR) continue;
-  int error = 0;
-  ssize_t count = 0;
-  while ((count = ::read(read.get(), &error, sizeof error)) < 0 && errno == EINTR) continue;
-  if (count == sizeof error) throw startError(call.program, error);
-  if (WIFEXITED(status) && WEXITSTATUS(status) != 0) throw startError(call.program, EAGAIN);
+  while (::waitpid(first, nullptr, 0) < 0 && errno == EINTR) continue;
+  require(readReport(read), call.program);
 }
 
 }  // namespace zel

@@ -241,14 +241,14 @@ void DesktopWindows::exportData(const std::string& outfile) {
   if (FrmProfile* window = loadedProfile())
     window->lExportDataToCSV(outfile);
   else
-    exportStoredPath(component_(), &ExportProcedures::lExportDataToCSV, outfile);
+    exportStoredPath(component_(), StoredPathExport::kHeightProfile, outfile);
 }
 
 void DesktopWindows::exportPathLoss(const std::string& outfile) {
   if (FrmProfile* window = loadedProfile())
     window->lExportITMToCSV(outfile);
   else
-    exportStoredPath(component_(), &ExportProcedures::lExportITMToCSV, outfile);
+    exportStoredPath(component_(), StoredPathExport::kLossTable, outfile);
 }
 
 FrmProfile* DesktopWindows::loadedProfile() const {

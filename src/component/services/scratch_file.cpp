@@ -32,12 +32,12 @@ std::string folderName(const std::string& product) {
   return name;
 }
 
-// A folder of the user's into which nobody else can put anything.
+// A folder of the user's that is open to nobody else.
 bool isTheUsers(const fs::path& folder) {
   struct stat status {};
   if (::lstat(folder.c_str(), &status) != 0) return false;
   return S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
-         (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+         (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 //
 // They stand in the temporary folder of the user (the environment's "tmp", else TMPDIR, else /tmp) in a
 // folder that is named after the host's product and that only the user may enter; it is made where there is
-// none, and stays. Where one of that name belongs to someone else or lets others write, a folder of another
-// name beside it is made, which goes with this.
+// none, and stays. Where one of that name belongs to someone else or lets others in, a folder of another name
+// beside it is made, which goes with this.
 //
 // Errors are RuntimeErrors with the system's reason: 61 no room, 70 no right, 75 others, 76 no such folder.
 #pragma once

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cmath>
 
 namespace zel {
@@ -50,6 +51,7 @@ std::vector<ContourPiece> contourLine(const SquareGrid& grid, double level) {
 }
 
 double contourStep(double low, double high, int mostLines) {
+  assert(mostLines >= 1);
   for (double decade = 1;; decade *= 10)
     for (const double step : {decade, 2 * decade, 5 * decade})
       if (std::floor(high / step) - std::ceil(low / step) + 1 <= mostLines) return step;

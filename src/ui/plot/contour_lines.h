@@ -28,7 +28,8 @@ struct ContourPiece {
 // A value that is the level exactly counts as above it.
 std::vector<ContourPiece> contourLine(const SquareGrid& grid, double level);
 
-// The finest of 1, 2, 5, 10, 20, 50 ... whose multiples from low to high are not more than so many.
+// The finest of 1, 2, 5, 10, 20, 50 ... whose multiples from low to high are not more than so many; 1 or
+// more, since 0 is a multiple of every step.
 double contourStep(double low, double high, int mostLines);
 
 // The multiples of the step from low to high, ends included.

@@ -4,8 +4,10 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QList>
 #include <QMenu>
 #include <QMenuBar>
 #include <QSlider>
@@ -182,7 +184,11 @@ void FrmProfile::lExportSignalProfileToCSV(const std::string& outfile) {
 void FrmProfile::lMakeGNUSignalPlot(const std::string& outfile) {
   runLong(":lMakeGNUSignalPlot:", tr("Signal graph"), [&](ExportProcedures& procedures) {
     procedures.lMakeGNUSignalPlot(outfile);
-    if (procedures.failure() && !unloaded_) hintAtFailure(*procedures.failure());
+    if (unloaded_) return;
+    if (procedures.failure())
+      hintAtFailure(*procedures.failure());
+    else if (!procedures.warnings().empty())
+      clearance_->showPointer(QString::fromStdString(procedures.warnings().front()));
   });
 }
 

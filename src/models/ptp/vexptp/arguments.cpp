@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "foundation/leading_number.h"
 #include "models/ptp/input_limits.h"
 #include "models/ptp/vexptp/input_text.h"
 
@@ -15,7 +16,7 @@ constexpr InputLimit kErp{"effective radiated power", " kW", 1e-12, 1e12};
 constexpr InputLimit kClutter{"clutter", " dB", -1000, 1000};
 
 double number(const std::string& item, const InputLimit& limit) {
-  const auto value = numberText(item);
+  const auto value = fieldNumberText(item);
   if (!value) throw UsageError("the " + std::string(limit.name) + " is not a number: " + inQuotes(item));
   try {
     requireWithin(limit, *value);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "foundation/leading_number.h"
 #include "foundation/text.h"
 #include "models/ptp/clutter_loss.h"
 #include "models/ptp/input_limits.h"
@@ -52,7 +53,7 @@ const std::array<Key, 8>& keys() {
 }
 
 double valueOf(const Key& key, std::string_view text) {
-  const auto value = numberText(text);
+  const auto value = fieldNumberText(text);
   if (!value) throw InputError("the " + std::string(key.limit.name) + " is not a number: " + inQuotes(text));
   requireWithin(key.limit, *value);
   if (key.whole && *value != std::floor(*value))

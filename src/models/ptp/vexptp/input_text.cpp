@@ -7,7 +7,6 @@
 #include <memory>
 #include <system_error>
 
-#include "foundation/leading_number.h"
 #include "foundation/runtime_error.h"
 
 namespace zel::ptp {
@@ -56,14 +55,6 @@ std::vector<std::string_view> linesOf(std::string_view text) {
     lines.push_back(line);
   }
   return lines;
-}
-
-std::optional<double> numberText(std::string_view text) {
-  try {
-    return wholeNumberText(text);
-  } catch (const RuntimeError&) {  // too large to be one
-    return std::nullopt;
-  }
 }
 
 std::string inQuotes(std::string_view text) {

@@ -23,9 +23,6 @@ std::string boundedFile(const std::string& path, std::size_t mostBytes);
 // The lines without their ends, LF or CR LF; what follows the last end is a line when it is not empty.
 std::vector<std::string_view> linesOf(std::string_view text);
 
-// The whole text as one finite number with a point, blanks around it allowed; nothing when it is none.
-std::optional<double> numberText(std::string_view text);
-
 // In double quotes, on one line: the beginning of a long text, "?" for what is not printable.
 std::string inQuotes(std::string_view text);
 

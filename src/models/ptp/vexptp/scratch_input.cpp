@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "foundation/leading_number.h"
 #include "models/ptp/input_limits.h"
 #include "models/ptp/vexptp/input_text.h"
 
@@ -9,7 +10,7 @@ namespace zel::ptp {
 namespace {
 
 float height(std::string_view line, std::size_t index) {
-  const auto value = line.size() <= kLongestLine ? numberText(line) : std::nullopt;
+  const auto value = line.size() <= kLongestLine ? fieldNumberText(line) : std::nullopt;
   if (!value) throw InputError(lineName(index) + " is no height: " + inQuotes(line));
   try {
     requireWithin(limits::kElevation, *value);

@@ -1,0 +1,1 @@
+// Has nothing of its own: the headers of precompiled.h are compiled with it.
