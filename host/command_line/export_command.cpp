@@ -442,7 +442,7 @@ void addExportCommand(CLI::App& program) {
   for (const KindOfExport& kind : kinds()) {
     auto options = std::make_shared<ExportOptions>();
     CLI::App* command = exports->add_subcommand(kind.command, kind.description);
-    addStationOptions(*command, options->path);
+    addStationOptions(*command, options->path.from, options->path.to);
     command
         ->add_option("-o,--output", options->output,
                      std::string("Write to this file") +

@@ -30,12 +30,12 @@ std::vector<double> kilometres(const char* option, const std::string& text, std:
 
 }  // namespace
 
-void addStationOptions(CLI::App& command, PathOptions& options) {
-  command.add_option("--from", options.from, "Start station")
+void addStationOptions(CLI::App& command, std::string& from, std::string& to) {
+  command.add_option("--from", from, "Start station")
       ->type_name("LAT,LON[,HEIGHT]")
       ->check(valueProblem)
       ->required();
-  command.add_option("--to", options.to, "End station")
+  command.add_option("--to", to, "End station")
       ->type_name("LAT,LON[,HEIGHT]")
       ->check(valueProblem)
       ->required();

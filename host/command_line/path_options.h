@@ -20,7 +20,7 @@ struct PathOptions {
 };
 
 // --from and --to, both required.
-void addStationOptions(CLI::App& command, PathOptions& options);
+void addStationOptions(CLI::App& command, std::string& from, std::string& to);
 // --expand, --markers, --units and --frequency.
 void addViewOptions(CLI::App& command, PathOptions& options);
 // Throws UsageError naming the option and the fault.

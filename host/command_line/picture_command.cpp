@@ -272,7 +272,7 @@ void addPictureCommand(CLI::App& program) {
   auto options = std::make_shared<PictureOptions>();
   CLI::App* command =
       program.add_subcommand("picture", "Plot or loss table of a path as a PNG or SVG, without a display");
-  addStationOptions(*command, options->path);
+  addStationOptions(*command, options->path.from, options->path.to);
   command->add_option("-o,--output", options->output, "Write the picture to this file; - is standard output")
       ->type_name("FILE.png|FILE.svg")
       ->check(valueProblem)

@@ -8,6 +8,7 @@
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
 #include "command_line/output.h"
+#include "command_line/path_options.h"
 #include "command_line/path_output.h"
 #include "command_line/provenance.h"
 #include "command_line/stations.h"
@@ -136,14 +137,7 @@ void addProfileCommand(CLI::App& program) {
   auto options = std::make_shared<ProfileOptions>();
   CLI::App* command =
       program.add_subcommand("profile", "Profile of a path: summary, clearance and verdict, CSV");
-  command->add_option("--from", options->from, "Start station")
-      ->type_name("LAT,LON[,HEIGHT]")
-      ->check(valueProblem)
-      ->required();
-  command->add_option("--to", options->to, "End station")
-      ->type_name("LAT,LON[,HEIGHT]")
-      ->check(valueProblem)
-      ->required();
+  addStationOptions(*command, options->from, options->to);
   command->add_option("--k", options->k, "Effective-earth factor; by default the setting Profile/Prf_Crv")
       ->check(positiveNumberProblem)
       ->type_name("K");

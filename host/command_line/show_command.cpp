@@ -5,6 +5,7 @@
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
 #include "command_line/gnuplot.h"
+#include "command_line/path_options.h"
 #include "command_line/stations.h"
 #include "zel/c_api.h"
 #include "zel/plot_image.h"
@@ -52,14 +53,7 @@ void runShow(const ShowOptions& options, ProfileControl& control) {
 void addShowCommand(CLI::App& program, ProfileControl& control) {
   auto options = std::make_shared<ShowOptions>();
   CLI::App* command = program.add_subcommand("show", "Open the profile window of a path");
-  command->add_option("--from", options->from, "Start station")
-      ->type_name("LAT,LON[,HEIGHT]")
-      ->check(valueProblem)
-      ->required();
-  command->add_option("--to", options->to, "End station")
-      ->type_name("LAT,LON[,HEIGHT]")
-      ->check(valueProblem)
-      ->required();
+  addStationOptions(*command, options->from, options->to);
   command->footer(
       "Frequency, k, part of the Fresnel zone, units and heights that are not given are those of the "
       "settings;\n"
