@@ -1,12 +1,15 @@
-// Strokes and texts on a picture of 1920 x 1080 device pixels. The argument is the number of segments; the
-// growth with it is the point.
+// Strokes and texts on a picture of 1920 x 1080 device pixels, and a page of them. The argument is the number
+// of segments; the growth with it is the point.
 
 #include <benchmark/benchmark.h>
 
 #include <QGuiApplication>
 #include <cmath>
+#include <memory>
 #include <string>
 
+#include "canvas/qt/pdf_document.h"
+#include "canvas/qt/printed_page.h"
 #include "canvas/qt/raster_canvas.h"
 
 namespace zel {
@@ -67,12 +70,16 @@ void BM_StrobeAndMarker(benchmark::State& state) {
 }
 BENCHMARK(BM_StrobeAndMarker)->Unit(benchmark::kMicrosecond);
 
-void BM_Label(benchmark::State& state) {
+std::unique_ptr<QGuiApplication> applicationWithFonts() {
   static char name[] = "canvas_bench";
   static char* arguments[] = {name, nullptr};
   static int count = 1;
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QGuiApplication application(count, arguments);
+  return std::make_unique<QGuiApplication>(count, arguments);
+}
+
+void BM_Label(benchmark::State& state) {
+  const auto application = applicationWithFonts();
   RasterCanvas canvas = canvasFor(5500);
   for ([[maybe_unused]] auto _ : state) {
     canvas.clear();
@@ -96,6 +103,26 @@ void BM_PlotOfSixPolylines(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * 6 * state.range(0));
 }
 BENCHMARK(BM_PlotOfSixPolylines)->Arg(550)->Arg(5500)->Unit(benchmark::kMicrosecond);
+
+// An A4 page with a ground in its box and forty lines of text, drawn and written as PDF.
+void BM_PageAsPdf(benchmark::State& state) {
+  const auto application = applicationWithFonts();
+  std::size_t bytes = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    PrintedPage page(11906, 16838);
+    page.sheet().setScale(0, 16838, 11906, 0);
+    for (int line = 0; line < 40; ++line) {
+      page.sheet().setTextPosition(1400, 16138 - 240 * line);
+      page.sheet().print("Start Point Latitude: 36-32-11.4 N");
+    }
+    Canvas& box = page.box(1191, 6000, 10716, 2825);
+    box.setScale(0, 1000, static_cast<double>(state.range(0)), 0);
+    drawGround(box, state.range(0));
+    bytes = pdfDocument(page, 1, {"Profile", "canvas_bench"}).size();
+  }
+  state.counters["bytes"] = static_cast<double>(bytes);
+}
+BENCHMARK(BM_PageAsPdf)->Arg(500)->Arg(5000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace zel

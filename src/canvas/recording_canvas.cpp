@@ -121,6 +121,11 @@ std::ostream& operator<<(std::ostream& stream, const RecordedOperation& operatio
   return stream << describe(operation);
 }
 
+void RecordingCanvas::setTextRoom(double columns, double lines) {
+  textColumns_ = columns;
+  textLines_ = lines;
+}
+
 void RecordingCanvas::setScale(double left, double top, double right, double bottom) {
   state_.scale = {left, top, right, bottom};
   operations_.push_back(RecordedScale{state_.scale});
@@ -174,16 +179,16 @@ void RecordingCanvas::setTextPosition(double x, double y) {
 
 void RecordingCanvas::print(std::string_view text) {
   operations_.push_back(RecordedText{state_.textPosition, std::string(text), state_.drawMode});
-  state_.textPosition = {state_.scale.left, state_.textPosition.y + state_.scale.height() / kTextLines};
+  state_.textPosition = {state_.scale.left, state_.textPosition.y + state_.scale.height() / textLines_};
 }
 
 double RecordingCanvas::textWidth(std::string_view text) const {
   const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
   const auto characters = std::count_if(text.begin(), text.end(), std::not_fn(continues));
-  return std::abs(state_.scale.width()) * static_cast<double>(characters) / kTextColumns;
+  return std::abs(state_.scale.width()) * static_cast<double>(characters) / textColumns_;
 }
 
-double RecordingCanvas::textHeight() const { return std::abs(state_.scale.height()) / kTextLines; }
+double RecordingCanvas::textHeight() const { return std::abs(state_.scale.height()) / textLines_; }
 
 std::vector<RecordedLine> RecordingCanvas::lines() const { return strokes<RecordedLine>(); }
 

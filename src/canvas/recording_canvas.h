@@ -98,6 +98,8 @@ class RecordingCanvas final : public Canvas {
   static constexpr int kTextLines = 40;
   // A line has room for this many characters, one as wide as the other.
   static constexpr int kTextColumns = 160;
+  // Other numbers of them, from now on.
+  void setTextRoom(double columns, double lines);
 
   void setScale(double left, double top, double right, double bottom) override;
   double scaleWidth() const override;
@@ -141,6 +143,8 @@ class RecordingCanvas final : public Canvas {
 
   std::vector<RecordedOperation> operations_;
   CanvasState state_;
+  double textColumns_ = kTextColumns;
+  double textLines_ = kTextLines;
 };
 
 }  // namespace zel

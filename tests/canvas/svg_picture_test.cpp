@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QSvgRenderer>
 #include <QXmlStreamReader>
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
@@ -177,6 +179,30 @@ TEST_F(SvgPicture, LooksAsTheRasterDoes) {
   EXPECT_EQ(drawn.pixelColor(165, 80), QColor(0xFF, 0xC0, 0x00));
   EXPECT_EQ(drawn.pixelColor(60, 5), QColor(0x00, 0xFF, 0x00));
   EXPECT_EQ(drawn.pixelColor(20, 50), QColor(0x00, 0x00, 0xFF));
+}
+
+TEST_F(SvgPicture, APictureWithinAnotherIsOneWithinItsRectangle) {
+  VectorCanvas canvas(QSizeF(200.4, 100.25), PaperTexts::kInPlace);
+  canvas.setScale(0, 100.25, 200.4, 0);
+  canvas.line(10, 50, 20, 50, kRed);
+  const auto inset = canvas.inset({50, 80.25}, {150.5, 30});
+  canvas.inset({50, 50}, {50, 20})->line(0, 0, 1, 1, kRed);
+  inset->setDrawWidth(3);
+  inset->line(0.5, 0, 0.5, 1, kRed);
+  const std::string svg = svgPicture(canvas, "", "");
+  const std::vector<Element> elements = elementsOf(svg);
+  std::vector<Element> pictures;
+  std::copy_if(elements.begin(), elements.end(), std::back_inserter(pictures),
+               [](const Element& element) { return element.name == "svg"; });
+  ASSERT_EQ(pictures.size(), 2U);
+  EXPECT_EQ(pictures[0].attributes["width"], "200.4");
+  EXPECT_EQ(pictures[1].attributes["x"], "50");
+  EXPECT_EQ(pictures[1].attributes["y"], "20");
+  EXPECT_EQ(pictures[1].attributes["width"], "100.5");
+  EXPECT_EQ(pictures[1].attributes["height"], "50.25");
+  // Pens of half a point and of three halves, in 1/96 inch.
+  EXPECT_NE(svg.find("stroke-width=\"0.67\""), std::string::npos);
+  EXPECT_NE(svg.find("stroke-width=\"2\" d=\"M50.25,1L50.25,49.25\""), std::string::npos) << svg;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QPaintDevice>
 #include <QStringList>
 #include <cmath>
 
@@ -29,8 +30,8 @@ QString shownText(std::string_view text) {
 
 }  // namespace
 
-void PictureCanvas::startPicture(QSize size, double pixelRatio) {
-  size_ = size.isEmpty() ? QSize(0, 0) : size;
+void PictureCanvas::startPicture(QSizeF size, double pixelRatio) {
+  size_ = size.isEmpty() ? QSizeF(0, 0) : size;
   pixelRatio_ = pixelRatio;
   textRectangles_.clear();
   state_.textPosition = {state_.scale.left, state_.scale.top};
@@ -77,13 +78,18 @@ void PictureCanvas::print(std::string_view text) {
 
 bool PictureCanvas::showsTexts() const { return fontsAreThere() && !size_.isEmpty(); }
 
+// Of the device that texts are measured on, to a logical pixel.
+double PictureCanvas::textUnits() const {
+  return static_cast<double>(textDevice().logicalDpiY()) / kPixelsPerInch;
+}
+
 double PictureCanvas::pixelWidth(std::string_view text) const {
   if (!showsTexts()) return 0;
-  return QFontMetricsF(font(), &textDevice()).horizontalAdvance(shownText(text));
+  return QFontMetricsF(font(), &textDevice()).horizontalAdvance(shownText(text)) / textUnits();
 }
 
 double PictureCanvas::pixelHeight() const {
-  return showsTexts() ? QFontMetricsF(font(), &textDevice()).lineSpacing() : kNominalLineHeight;
+  return showsTexts() ? QFontMetricsF(font(), &textDevice()).lineSpacing() / textUnits() : kNominalLineHeight;
 }
 
 double PictureCanvas::textWidth(std::string_view text) const {
@@ -94,15 +100,17 @@ double PictureCanvas::textHeight() const {
   return size_.isEmpty() ? 0 : std::abs(pixelHeight() / size_.height() * state_.scale.height());
 }
 
-// On the nearest device pixel; nothing for a position outside of the picture.
+// On the nearest device pixel; nothing for a position outside of the picture. By whole logical pixels, so
+// that every pixel ratio, and paper, has the same texts.
 std::optional<QPointF> PictureCanvas::textAnchor(std::string_view text) const {
   const QPointF logical = worldToPixel(state_.textPosition);
   const QPointF device(nearestWhole(logical.x() * pixelRatio_), nearestWhole(logical.y() * pixelRatio_));
   if (size_.isEmpty() || !std::isfinite(device.x()) || !std::isfinite(device.y())) return std::nullopt;
+  const QPointF whole(nearestWhole(logical.x()), nearestWhole(logical.y()));
   // The first label of an expanded view stands up to half a sample left of the picture.
-  const bool inside = (device.x() >= 0 || device.x() > -pixelWidth(text) * pixelRatio_) &&
-                      device.x() <= nearestWhole(size_.width() * pixelRatio_) && device.y() >= 0 &&
-                      device.y() <= nearestWhole(size_.height() * pixelRatio_);
+  const bool inside = (whole.x() >= 0 || whole.x() > -pixelWidth(text)) &&
+                      whole.x() <= nearestWhole(size_.width()) && whole.y() >= 0 &&
+                      whole.y() <= nearestWhole(size_.height());
   return inside ? std::optional(device / pixelRatio_) : std::nullopt;
 }
 
@@ -117,14 +125,19 @@ void PictureCanvas::printAt(QPointF anchor, std::string_view text) {
       static_cast<QFont::StyleStrategy>(textFont.styleStrategy() | QFont::NoSubpixelAntialias));
   const QString shown = shownText(text);
   const QFontMetricsF metrics(textFont, &textDevice());
+  const double units = textUnits();
   const double width = metrics.horizontalAdvance(shown);
   // The cell of the text, and what sticks out of it.
-  const QRectF cell = QRectF(0, 0, width, metrics.height())
-                          .united(metrics.boundingRect(shown).translated(0, metrics.ascent()));
-  const QPointF place = textPlace({QSizeF(size_), pixelRatio_, anchor, cell,
-                                   metrics.horizontalAdvance(QLatin1Char(' ')), metrics.lineSpacing()},
-                                  textRectangles_);
-  drawText(place + QPointF(0, metrics.ascent()), shown, width, textFont);
+  const QRectF measured = QRectF(0, 0, width, metrics.height())
+                              .united(metrics.boundingRect(shown).translated(0, metrics.ascent()));
+  const QRectF cell(measured.topLeft() / units, measured.size() / units);
+  const QPointF place =
+      textsStay_
+          ? anchor
+          : textPlace({size_, pixelRatio_, anchor, cell, metrics.horizontalAdvance(QLatin1Char(' ')) / units,
+                       metrics.lineSpacing() / units},
+                      textRectangles_);
+  drawText(place + QPointF(0, metrics.ascent() / units), shown, width / units, textFont);
   textRectangles_.push_back({std::string(text), state_.textPosition, cell.translated(place)});
 }
 

@@ -13,6 +13,7 @@
 #include <QPointF>
 #include <QRectF>
 #include <QSize>
+#include <QSizeF>
 #include <QString>
 #include <algorithm>
 #include <cmath>
@@ -35,7 +36,8 @@ class PictureCanvas : public Canvas {
   // setting.
   static constexpr int kPixelsPerInch = 96;
 
-  QSize size() const { return size_; }  // logical pixels
+  QSize size() const { return size_.toSize(); }  // logical pixels, to the nearest whole ones
+  QSizeF exactSize() const { return size_; }
   double pixelRatio() const { return pixelRatio_; }
 
   // Of the texts. At first 8 points of the application's font.
@@ -78,14 +80,17 @@ class PictureCanvas : public Canvas {
   PictureCanvas& operator=(const PictureCanvas&) = default;
 
   // A new picture without texts: scale, pen and font stay, the text position goes to the left top corner.
-  void startPicture(QSize size, double pixelRatio);
+  void startPicture(QSizeF size, double pixelRatio);
+  // From now on texts stay where they are asked for, to the device pixel, even over each other.
+  void keepTextsInPlace() { textsStay_ = true; }
   const CanvasState& state() const { return state_; }
 
   // Halves go up everywhere, so that what is moved by whole pixels looks the same.
   static double nearestWhole(double value) { return std::floor(value + 0.5); }
   // A position of a stroke, pixels of any kind, on the border of the picture or in its last pixels, brought
   // so far in; others stay. Nothing would be seen of a stroke on the pixel beyond the last one.
-  static double insideBorder(double position, double logical, int logicalSize, double size, int fromBorder) {
+  static double insideBorder(double position, double logical, double logicalSize, double size,
+                             int fromBorder) {
     constexpr double kRounding = 1e-9;  // of the size: what arithmetic leaves of "exactly on the border"
     const bool inside = logical <= logicalSize * (1 + kRounding);
     return inside ? std::min(position, std::max(size - fromBorder, 0.0)) : position;
@@ -94,7 +99,7 @@ class PictureCanvas : public Canvas {
   // shows as much as on the left.
   static int fromBorderOf(int width) { return width % 2 == 0 ? 2 : 1; }
 
-  // On this the texts are measured.
+  // On this the texts are measured. A resolution above that of logical pixels measures finer parts of them.
   virtual const QPaintDevice& textDevice() const = 0;
   virtual void wipe() = 0;
   // At the left end of its base line, logical pixels.
@@ -102,13 +107,15 @@ class PictureCanvas : public Canvas {
 
  private:
   bool showsTexts() const;
+  double textUnits() const;
   double pixelWidth(std::string_view text) const;
   double pixelHeight() const;
   std::optional<QPointF> textAnchor(std::string_view text) const;
   void printAt(QPointF anchor, std::string_view text);
 
-  QSize size_{0, 0};
+  QSizeF size_{0, 0};
   double pixelRatio_ = 1;
+  bool textsStay_ = false;
   CanvasState state_;
   std::optional<QFont> font_;
   std::vector<TextRectangle> textRectangles_;

@@ -60,13 +60,16 @@ std::string fontAttributes(const QFont& font) {
   return text;
 }
 
+std::string svgStrokes(const VectorCanvas& picture, const std::string& font);
+
 class SvgWriter {
  public:
-  explicit SvgWriter(std::string font) : font_(std::move(font)) {}
+  // Of texts the font that they have without their saying so, and the width of a draw width of 1.
+  SvgWriter(std::string font, double pen) : font_(std::move(font)), pen_(pen) {}
 
   void operator()(const VectorLines& lines) {
     out_ += "<path fill=\"none\" stroke=\"" + colourText(lines.colour) + "\" stroke-width=\"" +
-            std::to_string(lines.width) + "\" d=\"";
+            number(lines.width * pen_) + "\" d=\"";
     for (const std::vector<QPointF>& chain : lines.chains) {
       out_ += "M" + point(chain.front()) + "L";
       for (std::size_t i = 1; i < chain.size(); ++i) out_ += (i > 1 ? " " : "") + point(chain[i]);
@@ -76,7 +79,7 @@ class SvgWriter {
   void operator()(const VectorCircle& circle) {
     out_ += "<circle cx=\"" + number(circle.centre.x()) + "\" cy=\"" + number(circle.centre.y()) + "\" r=\"" +
             number(circle.radius) + "\" fill=\"" + colourText(circle.filling) + "\" stroke=\"" +
-            colourText(circle.outline) + "\" stroke-width=\"" + std::to_string(circle.width) + "\"/>\n";
+            colourText(circle.outline) + "\" stroke-width=\"" + number(circle.width * pen_) + "\"/>\n";
   }
   void operator()(const VectorRectangles& rectangles) {
     out_ += "<path fill=\"" + colourText(rectangles.colour) + "\" class=\"r\" d=\"";
@@ -92,12 +95,29 @@ class SvgWriter {
             "\" lengthAdjust=\"spacingAndGlyphs\">" + xmlText(text.text) + "</text>\n";
   }
 
+  void operator()(const VectorInset& inset) {
+    const QRectF& place = inset.rectangle;
+    if (place.isEmpty()) return;
+    const std::string size =
+        "width=\"" + number(place.width()) + "\" height=\"" + number(place.height()) + "\"";
+    out_ += "<svg x=\"" + number(place.left()) + "\" y=\"" + number(place.top()) + "\" " + size +
+            ">\n<rect " + size + " fill=\"#ffffff\"/>\n" + svgStrokes(*inset.picture, font_) + "</svg>\n";
+  }
+
   std::string take() { return std::move(out_); }
 
  private:
-  std::string font_;  // that texts have without their saying so
+  std::string font_;
+  double pen_;
   std::string out_;
 };
+
+std::string svgStrokes(const VectorCanvas& picture, const std::string& font) {
+  SvgWriter writer(font, picture.pen());
+  for (const VectorStroke& stroke : picture.strokes())
+    std::visit([&writer](const auto& value) { writer(value); }, stroke);
+  return writer.take();
+}
 
 std::string element(const char* name, std::string_view text) {
   if (text.empty()) return {};
@@ -107,12 +127,9 @@ std::string element(const char* name, std::string_view text) {
 }  // namespace
 
 std::string svgPicture(const VectorCanvas& canvas, std::string_view title, std::string_view description) {
-  const std::string width = std::to_string(canvas.size().width());
-  const std::string height = std::to_string(canvas.size().height());
+  const std::string width = number(canvas.exactSize().width());
+  const std::string height = number(canvas.exactSize().height());
   const std::string font = fontAttributes(canvas.font());
-  SvgWriter writer(font);
-  for (const VectorStroke& stroke : canvas.strokes())
-    std::visit([&writer](const auto& value) { writer(value); }, stroke);
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
          "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\" width=\"" +
          width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height + "\">\n" +
@@ -120,7 +137,7 @@ std::string svgPicture(const VectorCanvas& canvas, std::string_view title, std::
          "<style>.r{shape-rendering:crispEdges}</style>\n<rect width=\"" + width + "\" height=\"" + height +
          "\" fill=\"#ffffff\"/>\n"
          "<g stroke-linecap=\"round\" stroke-linejoin=\"round\"" +
-         font + ">\n" + writer.take() + "</g>\n</svg>\n";
+         font + ">\n" + svgStrokes(canvas, font) + "</g>\n</svg>\n";
 }
 
 }  // namespace zel
