@@ -30,6 +30,7 @@ LAYERS = {
     "src/canvas/": "canvas",
     "src/canvas/qt/": "qt_canvas",
     "src/ui/plot/": "plot",
+    "src/ui/page/": "plot",
     "src/ui/": "ui",
     "src/export/": "export",
     "src/zeltool/": "zeltool",

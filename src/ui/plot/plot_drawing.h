@@ -32,6 +32,11 @@ struct PlotStyle {
   std::string_view rangePattern = "#,##0";  // of whole units; decimals follow it on short spans
 };
 
+// Of the printed page: written once, thousands grouped.
+inline PlotStyle pageStyle(NumberStyle numbers = {}) {
+  return {std::move(numbers), false, "##,##0", "##,##0"};
+}
+
 class PlotDrawing {
  public:
   // All but the style must outlive the drawing.

@@ -59,7 +59,7 @@ bool PlotProcedures::panelIsComplete(const PlotPanel& panel) const {
 }
 
 void PlotProcedures::drawLine() {
-  services_.profile->runOrFail(":drawLine:", [&] {
+  services_.profile->runOrFail(services_.names.line, [&] {
     const PlotPanel panel = services_.panel();
     if (!panelIsComplete(panel) || state_.flags.profileError || state_.flags.loading) return;
     const DrawingInProgress progress(*services_.pointer, state_.flags);
@@ -97,7 +97,7 @@ void PlotProcedures::leaveExpandedView() {
 }
 
 void PlotProcedures::drawRangeAndHeight(std::int16_t firstIndex, std::int16_t lastIndex) {
-  services_.profile->runOrFail(":drawRangeAndHeight:", [&] {
+  services_.profile->runOrFail(services_.names.rangeAndHeight, [&] {
     PlotDrawing lines = drawing();
     services_.module->elevLines = readElevationLines(settings_);
     services_.trapped->step(1);
@@ -110,7 +110,7 @@ void PlotProcedures::drawRangeAndHeight(std::int16_t firstIndex, std::int16_t la
 }
 
 void PlotProcedures::drawFresnel1() {
-  services_.profile->runOrFail(":drawFresnel1:", [&] { drawing().fresnelAndSight(); });
+  services_.profile->runOrFail(services_.names.fresnel1, [&] { drawing().fresnelAndSight(); });
 }
 
 void PlotProcedures::updateLosses() {

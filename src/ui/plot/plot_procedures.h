@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "canvas/canvas.h"
 #include "platform/coordinate_formatter.h"
@@ -30,6 +31,15 @@ struct PlotPanel {
   double exaggeration = 100;  // %, Slider1
 };
 
+// Under which names the drawing's procedures run: those of the window, or their twins for the page.
+struct PlotProcedureNames {
+  std::string_view line = ":drawLine:";
+  std::string_view rangeAndHeight = ":drawRangeAndHeight:";
+  std::string_view fresnel1 = ":drawFresnel1:";
+};
+inline constexpr PlotProcedureNames kPrintProcedures{
+    ":PrintLine:", ":PrintRangeAndHeight:", ":PrintFresnel1:"};
+
 class PlotProcedures {
  public:
   // All must outlive the procedures.
@@ -50,6 +60,7 @@ class PlotProcedures {
     // date by then, and everything on the canvas may be given up: it is drawn anew.
     std::function<void()> prepareCanvas;
     PlotStyle style;
+    PlotProcedureNames names;
   };
   PlotProcedures(Services services, const SettingsReader& settings, ProfileViewState& state);
   PlotProcedures(const PlotProcedures&) = delete;  // the markers hold on to this one's view
@@ -85,6 +96,8 @@ class PlotProcedures {
   // The picture was made anew, white: at a resize.
   void forgetStrokes() { view_.forgetStrokes(); }
   const PlotView& view() const { return view_; }
+  // Whether the last stroke of a drawing was reached, since these procedures were made.
+  bool hasDrawn() const { return drawings_ > 0; }
 
  private:
   bool panelIsComplete(const PlotPanel& panel) const;
