@@ -22,6 +22,7 @@
 #include "platform/datum_shift.h"
 #include "platform/dialogs.h"
 #include "platform/geodesy.h"
+#include "platform/print_service.h"
 #include "platform/process_runner.h"
 #include "platform/process_services.h"
 #include "platform/settings_store.h"
@@ -44,6 +45,7 @@ struct ComponentServices {
   std::shared_ptr<Clock> clock;
   std::shared_ptr<ProcessControl> process;
   std::shared_ptr<ProcessRunner> programs;  // may be null: programs then cannot be started
+  std::shared_ptr<PrintService> printing;   // may be null: nothing can be printed then
   std::shared_ptr<HardStop> hardStop;
   std::shared_ptr<SettingsStore> settings;
   std::shared_ptr<ProfileWindows> windows;
@@ -105,6 +107,8 @@ class Component {
   HardStop& hardStop() { return *services_.hardStop; }
   ProfileWindows& windows() { return *services_.windows; }
   ProcessRunner* programs() { return services_.programs.get(); }
+  PrintService* printing() { return services_.printing.get(); }
+  const Clock& clock() const { return *services_.clock; }
 
   // The settings of every application, with the values set for this run in front of the stored ones.
   OverlaySettingsStore& settings() { return *settings_; }

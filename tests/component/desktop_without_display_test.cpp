@@ -4,8 +4,10 @@
 #include <QCoreApplication>
 #include <ctime>
 #include <filesystem>
+#include <optional>
 
 #include "component/desktop/desktop_dialogs.h"
+#include "component/desktop/desktop_printing.h"
 #include "component/desktop/desktop_process.h"
 #include "foundation/runtime_error.h"
 
@@ -39,6 +41,15 @@ TEST(DesktopWithoutDisplay, CancelsASaveDialog) {
   } catch (const RuntimeError& error) {
     EXPECT_EQ(error.number(), 32755);
   }
+}
+
+TEST(DesktopWithoutDisplay, CancelsThePrinterDialogAndNamesAFileAllTheSame) {
+  DesktopPrinting printing;
+  EXPECT_EQ(printing.choose(PageOrientation::kPortrait), std::nullopt);
+  const PrintRequest request = printing.request("page.pdf", 2, PageOrientation::kLandscape);
+  EXPECT_EQ(request.file, "page.pdf");
+  EXPECT_EQ(request.paper.width, printing.paper(PageOrientation::kPortrait).height);
+  EXPECT_EQ(QCoreApplication::instance(), nullptr);
 }
 
 TEST(DesktopWithoutDisplay, LeavesPointerAndEventLoopAlone) {

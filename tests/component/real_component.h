@@ -13,6 +13,7 @@
 #include "component/desktop/desktop_services.h"
 #include "component/desktop/desktop_windows.h"
 #include "support/scripted_platform.h"
+#include "support/scripted_printing.h"
 #include "support/temporary_folder.h"
 #include "zel/profile_control.h"
 #include "zeltool/settings_store/ini_settings_store.h"
@@ -31,6 +32,7 @@ class RealComponentOver : public Base {
     services.dialogs = dialogs_;
     services.hardStop = std::make_shared<ScriptedHardStop>();
     services.windows = windows_;
+    services.printing = printing_;
     services.settings = store_;
     services.settingsFile = nullptr;
     services.bundledTerrain = ZEL_SOURCE_DIR "/data/terrain";
@@ -58,6 +60,7 @@ class RealComponentOver : public Base {
 
   TemporaryFolder folder_;
   std::shared_ptr<ScriptedDialogs> dialogs_ = std::make_shared<ScriptedDialogs>();
+  std::shared_ptr<ScriptedPrinting> printing_ = std::make_shared<ScriptedPrinting>();
   std::shared_ptr<IniSettingsStore> store_ =
       std::make_shared<IniSettingsStore>(folder_ / "settings", [](const std::string&) {});
   std::shared_ptr<DesktopWindows> windows_ =

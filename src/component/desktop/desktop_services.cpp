@@ -2,6 +2,7 @@
 
 #include "component/data_folder.h"
 #include "component/desktop/desktop_dialogs.h"
+#include "component/desktop/desktop_printing.h"
 #include "component/desktop/desktop_process.h"
 #include "component/desktop/desktop_programs.h"
 #include "component/desktop/desktop_windows.h"
@@ -45,6 +46,7 @@ ComponentServices makeDesktopServices() {
   services.clock = std::make_shared<SystemClock>();
   services.process = std::make_shared<SystemProcess>();
   services.programs = std::make_shared<DesktopPrograms>();
+  services.printing = std::make_shared<DesktopPrinting>();
   services.hardStop = std::make_shared<AbortingHardStop>();
   const std::shared_ptr<IniSettingsStore> store = makeSettingsStore(services.dialogs);
   services.settings = store;

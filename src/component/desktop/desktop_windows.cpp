@@ -99,6 +99,8 @@ ProfileWindowServices DesktopWindows::windowServices(bool shared) {
   services.pointer = &component.pointer();
   services.eventLoop = &component.eventLoop();
   services.programs = component.programs();
+  services.printing = component.printing();
+  services.clock = &component.clock();
   services.hardStop = &component.hardStop();
   services.units = &component.units();
   services.normalTable = &component.normalTable();
