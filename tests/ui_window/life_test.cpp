@@ -48,7 +48,8 @@ TEST_F(LifeTest, MenusHaveTheirItemsInOrder) {
   const MenuItem items[] = {
       {"mnuProfile", "mnuProfileLinkBudget", "Link Budget", true},
       {"mnuProfile", "mnuProfileExpand", "Expand", true},
-      {"mnuProfile", "mnuPrint", "Print", false},
+      {"mnuProfile", "mnuPrint", "Print", true},
+      {"mnuProfile", "mnuPrintPreview", "Print Preview", true},
       {"mnuProfile", "mnuProfileOptions", "Options", true},
       {"mnuProfile", "mnuProfileClose", "Close", true},
       {"mnuEdit", "mnuEditCopyPicture", "Copy Picture", true},
@@ -115,8 +116,8 @@ TEST_F(LifeTest, NoShortcutStandsTwice) {
       EXPECT_TRUE(seen.insert(action->shortcut().toString().toStdString()).second)
           << action->text().toStdString();
     }
-  for (const char* keys :
-       {"Ctrl+L", "Ctrl+E", "Ctrl+P", "Ctrl+,", "Ctrl+W", "Ctrl+C", "Ctrl+Shift+C", "Ctrl+S", "Ctrl+Shift+S"})
+  for (const char* keys : {"Ctrl+L", "Ctrl+E", "Ctrl+P", "Ctrl+Shift+P", "Ctrl+,", "Ctrl+W", "Ctrl+C",
+                           "Ctrl+Shift+C", "Ctrl+S", "Ctrl+Shift+S"})
     EXPECT_EQ(seen.count(keys), 1U) << keys;
 }
 
@@ -158,12 +159,6 @@ TEST_F(LifeTest, OptionsOpensTheSettingsDialog) {
   QTest::keyClick(window(), Qt::Key_Comma, Qt::ControlModifier);
   EXPECT_TRUE(shown);
   EXPECT_FALSE(control_.get_OFrmLoaded());
-}
-
-TEST_F(LifeTest, ADoubleClickOnTheSurfaceAsksNothingWhileThereIsNoPrinting) {
-  open();
-  QTest::mouseDClick(&window()->panel(), Qt::LeftButton, {}, QPoint(1, 1));
-  EXPECT_TRUE(dialogs_->messages.empty());
 }
 
 // ---- Reaching everything ----

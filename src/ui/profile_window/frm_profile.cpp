@@ -170,7 +170,9 @@ void FrmProfile::buildMenus() {
   addItem(profile, "mnuProfileExpand", tr("&Expand"), tr("Show the stretch between the two markers"),
           QKeySequence(Qt::CTRL | Qt::Key_E), [this] { mnuProfileExpand_Click(); });
   addItem(profile, "mnuPrint", tr("&Print"), tr("Print the profile on one page"),
-          QKeySequence(QKeySequence::Print), {});
+          QKeySequence(QKeySequence::Print), [this] { mnuPrint_Click(); });
+  addItem(profile, "mnuPrintPreview", tr("Print Pre&view"), tr("Show the printed page"),
+          QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P), [this] { mnuPrintPreview_Click(); });
   addItem(profile, "mnuProfileOptions", tr("&Options"), tr("Edit the settings of the profiler"),
           QKeySequence(Qt::CTRL | Qt::Key_Comma), [this] { mnuProfileOptions_Click(); });
   profile->addSeparator();
@@ -332,35 +334,44 @@ void FrmProfile::makeProcedures() {
   sampler_ = services_.makeSampler();
   formatter_ = services_.makeFormatter();
 
-  ProfileProcedures::Services calculation;
-  calculation.geodesy = services_.geodesy;
-  calculation.sampler = sampler_.get();
-  calculation.terrain = services_.terrain();
-  calculation.dialogs = services_.dialogs;
-  calculation.hardStop = services_.hardStop;
-  calculation.errorLog = services_.errorLog;
-  calculation.readouts = &readouts_;
-  calculation.module = module_;
-  calculation.trapped = &trapped_;
-  calculation.normalTable = services_.normalTable;
-  profile_ = std::make_unique<ProfileProcedures>(std::move(calculation), settings_);
-
-  PlotProcedures::Services drawing;
-  drawing.canvas = &picture_->canvas();
-  drawing.profile = profile_.get();
-  drawing.panel = [this] { return plotPanel(); };
+  profile_ = std::make_unique<ProfileProcedures>(profileServices(), settings_);
+  PlotProcedures::Services drawing = plotServices();
   drawing.prepareCanvas = [this] {
     if (picture_->fitCanvas()) plot_->forgetStrokes();
   };
-  drawing.readouts = &readouts_;
-  drawing.pointer = services_.pointer;
-  drawing.dialogs = services_.dialogs;
-  drawing.geodesy = services_.geodesy;
-  drawing.datumShift = &datumShift_;
-  drawing.formatter = formatter_.get();
-  drawing.module = module_;
-  drawing.trapped = &trapped_;
+  if (services_.printing != nullptr) drawing.printProfile = [this] { mnuPrint_Click(); };
   plot_ = std::make_unique<PlotProcedures>(std::move(drawing), settings_, state_);
+}
+
+ProfileProcedures::Services FrmProfile::profileServices() {
+  ProfileProcedures::Services services;
+  services.geodesy = services_.geodesy;
+  services.sampler = sampler_.get();
+  services.terrain = services_.terrain();
+  services.dialogs = services_.dialogs;
+  services.hardStop = services_.hardStop;
+  services.errorLog = services_.errorLog;
+  services.readouts = &readouts_;
+  services.module = module_;
+  services.trapped = &trapped_;
+  services.normalTable = services_.normalTable;
+  return services;
+}
+
+PlotProcedures::Services FrmProfile::plotServices() {
+  PlotProcedures::Services services;
+  services.canvas = &picture_->canvas();
+  services.profile = profile_.get();
+  services.panel = [this] { return plotPanel(); };
+  services.readouts = &readouts_;
+  services.pointer = services_.pointer;
+  services.dialogs = services_.dialogs;
+  services.geodesy = services_.geodesy;
+  services.datumShift = &datumShift_;
+  services.formatter = formatter_.get();
+  services.module = module_;
+  services.trapped = &trapped_;
+  return services;
 }
 
 PlotPanel FrmProfile::plotPanel() const {
@@ -385,6 +396,9 @@ void FrmProfile::unload() {
     module_->profileWindowLoaded = false;
     module_->profileWindowHandle = 0;
   }
+  // A dialog of the window's own goes with it.
+  for (std::size_t i = dialogs_.size(); i > 0; --i)
+    if (!dialogs_[i - 1].isNull()) dialogs_[i - 1]->reject();
   // Closed rather than hidden, so that an application whose last window this was notices.
   close();
 }

@@ -8,12 +8,17 @@
 // A long export handles events at each sample: everything in the window can be used meanwhile but the menu of
 // the exports, and a window that is unloaded cancels it.
 //
+// The page is drawn from a copy of the view's state, so that printing leaves picture, markers, strobe and
+// read-outs as they are; it is not held up by a long export.
+//
 // A window is made, opened and unloaded once. It is never deleted while one of its procedures is running: a
 // box that a procedure shows handles events, and those may unload the window. The owner asks busy() and is
 // told when it has become false.
 #pragma once
 
+#include <QDialog>
 #include <QMainWindow>
+#include <QPointer>
 #include <QRect>
 #include <QTimer>
 #include <array>
@@ -25,14 +30,17 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "component/services/host_services.h"
 #include "export/export_procedures.h"
 #include "foundation/number_text.h"
 #include "platform/datum_shift.h"
+#include "platform/print_service.h"
 #include "profile/settings/dialog_settings.h"
 #include "profile/view_state/clearance_readout.h"
 #include "profile/view_state/profile_procedures.h"
+#include "ui/page/page_drawing.h"
 #include "ui/plot/plot_procedures.h"
 #include "ui/profile_window/panel_inputs.h"
 
@@ -60,6 +68,8 @@ struct ProfileWindowServices {
   Pointer* pointer = nullptr;
   EventLoop* eventLoop = nullptr;
   ProcessRunner* programs = nullptr;  // may be null: no program can be started
+  PrintService* printing = nullptr;   // may be null: nothing can be printed
+  const Clock* clock = nullptr;
   HardStop* hardStop = nullptr;
   const UnitsTable* units = nullptr;
   const NormalTable* normalTable = nullptr;
@@ -155,6 +165,21 @@ class FrmProfile final : public QMainWindow {
   void lExportITMToCSV(const std::string& outfile);
   void lExportSignalProfileToCSV(const std::string& outfile);
   void lMakeGNUSignalPlot(const std::string& outfile);
+  void mnuPrint_Click();
+  void mnuPrintPreview_Click();
+  // Prints one page of what the window shows, once what was typed is taken and drawn; whether it was sent.
+  // Without a description the host's is printed; without that one, frmPrtDesc asks and its text is stored. A
+  // failure of the plot prints nothing and sets bProfileFailed, as in the window; a failure of the printer or
+  // of the file leaves that flag alone.
+  bool PrintProfile(const PrintRequest& request,
+                    const std::optional<std::string>& description = std::nullopt);
+  // The same without the printer dialog: printer and copies as PrintService::request takes them, orientation
+  // 1 (portrait) or 2 (landscape).
+  bool PrintProfileOn(const std::string& printer, std::int32_t copies, std::int32_t orientation,
+                      const std::optional<std::string>& description);
+  // The plot on the canvas of its box on a page, by the drawing of the window, whose parts run as
+  // PrintRangeAndHeight and PrintFresnel1; whether all of it was drawn. Tells the scale it was drawn with.
+  bool PrintLine(Canvas& box, PlotScale& scale);
   void tbxAntAGL_Change(int station);  // 0 start, 1 end
   void tbxFreq_Change();
   void tbxFreq_Validate();
@@ -220,6 +245,10 @@ class FrmProfile final : public QMainWindow {
     FrmProfile& window_;
   };
 
+  // The plot on a page: the window's drawing over a copy of the view's state.
+  class PagePlot;
+  struct MadePage;
+
   // A long export is on the stack: its progress is shown and no other is begun.
   class LongExport;
 
@@ -263,6 +292,8 @@ class FrmProfile final : public QMainWindow {
   void connectPicture();
   void bindReadouts();
   void makeProcedures();
+  ProfileProcedures::Services profileServices();
+  PlotProcedures::Services plotServices();
   PlotPanel plotPanel() const;
 
   bool firstShow(const std::optional<Place>& place);
@@ -295,6 +326,26 @@ class FrmProfile final : public QMainWindow {
   bool exportGoesOn(std::int32_t done, std::int32_t all);
   void showProgressRow(bool shown);
 
+  PrintService& printing() const;
+  std::optional<PrintRequest> chooseRequest(PageOrientation orientation);
+  bool readyToPrint();
+  bool bringUpToDateForPrinting();
+  template <typename Body>
+  bool toldAFailure(Body&& body);
+  bool printPage(const PrintRequest& request, const std::optional<std::string>& description);
+  std::optional<std::string> wantedDescription(const std::optional<std::string>& given);
+  std::optional<std::string> askForDescription();
+  void storeDescription(const std::string& description);
+  std::string storedDescription() const;
+  std::string shownText(std::string_view control) const;
+  std::optional<MadePage> makePage(const PaperFormat& paper, const std::string& description);
+  void showPreview();
+  bool printFromPreview(PageOrientation orientation, const std::string& description);
+  std::string savePreviewed(const PaperFormat& paper, PageOrientation orientation,
+                            const std::string& description);
+  bool printPreviewed(const PrintRequest& request, const std::string& description);
+  void showModally(QDialog& dialog);
+
   ProfileWindowServices services_;
   SettingsReader settings_;
   ModuleState ownModule_;  // of a window that is not the component's one
@@ -319,6 +370,7 @@ class FrmProfile final : public QMainWindow {
   ProgressRow* progress_;  // in the place of the slider and the clearance
   ControlPanel* panel_;
   std::map<std::string, QAction*, std::less<>> actions_;
+  std::vector<QPointer<QDialog>> dialogs_;  // of the window's own that are open, the last one on top
 
   // Before the timers: a child that is made is an event.
   bool loaded_ = false;

@@ -86,6 +86,8 @@ void FrmProfile::showWhatCanBeDone() {
   const bool hasProfile = isExportable(state_);
   for (const char* name : {"mnuEditCopyPicture", "mnuEditCopyValues"})
     actions_.at(name)->setEnabled(hasProfile);
+  for (const char* name : {"mnuPrint", "mnuPrintPreview"})
+    actions_.at(name)->setEnabled(hasProfile && services_.printing != nullptr);
   for (const char* name : {"mnuExportBMP", "mnuExportProfile", "mnuExportPathLoss", "mnuExportPathLossGraph",
                            "mnuExportPathSignalGraph", "mnuExportPathLossProfile"})
     actions_.at(name)->setEnabled(!exporting_);

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -293,6 +294,25 @@ class ProfileFormObject final : public Dispatch {
                         }});
   }
 
+  // Printer, copies, orientation, and perhaps the description.
+  void addPrinting() {
+    members_.push_back({"PrintProfile", {}, {}, [this](Arguments arguments) {
+                          if (arguments.size() != 3 && arguments.size() != 4)
+                            fail(AutomationErrorCode::kWrongArgumentCount,
+                                 "member 'PrintProfile' takes the printer, the copies, the orientation and, "
+                                 "if wanted, the description");
+                          const std::string printer = arguments[0].toText();
+                          const std::int32_t copies = arguments[1].toInt32();
+                          const std::int32_t orientation = arguments[2].toInt32();
+                          std::optional<std::string> description;
+                          if (arguments.size() == 4) description = arguments[3].toText();
+                          return AutomationValue(
+                              loaded().PrintProfileOn(printer, copies, orientation, description));
+                        }});
+    procedure("mnuPrint_Click", &FrmProfile::mnuPrint_Click);
+    procedure("mnuPrintPreview_Click", &FrmProfile::mnuPrintPreview_Click);
+  }
+
   void addProperties() {
     property(
         "Caption", [](FrmProfile& window) { return AutomationValue(window.windowTitle().toStdString()); },
@@ -382,6 +402,7 @@ class ProfileFormObject final : public Dispatch {
     exportTo("lExportITMToCSV", &FrmProfile::lExportITMToCSV);
     exportTo("lExportSignalProfileToCSV", &FrmProfile::lExportSignalProfileToCSV);
     exportTo("lMakeGNUSignalPlot", &FrmProfile::lMakeGNUSignalPlot);
+    addPrinting();
     method("cmdClear1_Click", [](FrmProfile& window) {
       window.cmdClear_Click(0);
       return AutomationValue();

@@ -11,10 +11,13 @@
 //   MenuHeight, WindowTitleHeight        give twips
 //   lExportDataToCSV, lExportITMToCSV, lExportSignalProfileToCSV, lMakeGNUSignalPlot
 //                                        take the path of the file; a window that is not shown will do
+//   PrintProfile                         takes printer, copies, orientation (1 portrait, 2 landscape) and, if
+//                                        wanted, the description; the printer is a name, a path that ends in
+//                                        ".pdf", or empty for the last one. Gives whether it was printed
 //   cmdClear1_Click, cmdClear2_Click, cmdExit_Click, mnuProfileExpand_Click, mnuProfileLinkBudget_Click,
 //   mnuProfileOptions_Click, mnuEditCopyPicture_Click, mnuEditCopyValues_Click, mnuExportBMP_Click,
 //   mnuExportProfile_Click, mnuExportPathLoss_Click, mnuExportPathLossGraph_Click,
-//   mnuExportPathSignalGraph_Click, mnuExportPathLossProfile_Click
+//   mnuExportPathSignalGraph_Click, mnuExportPathLossProfile_Click, mnuPrint_Click, mnuPrintPreview_Click
 //   every control and menu item by its name; control arrays with an index, optCurve(0)
 //
 // A control is an object with Name, Text (boxes and labels), Caption (labels, buttons, frames, menu items),
