@@ -92,6 +92,7 @@ int run(int argc, char** argv, ProfileControl& component) {
   addShowCommand(program, component);
   addProfileCommand(program);
   addPictureCommand(program);
+  addPrintCommand(program);
   addExportCommand(program);
   addLossCommand(program);
   addLongleyRiceCommand(program);

@@ -30,6 +30,7 @@ void addExportCommand(CLI::App& program);
 void addLongleyRiceCommand(CLI::App& program);
 void addLossCommand(CLI::App& program);
 void addPictureCommand(CLI::App& program);
+void addPrintCommand(CLI::App& program);
 void addProfileCommand(CLI::App& program);
 void addSampleCommand(CLI::App& program);
 void addShowCommand(CLI::App& program, ProfileControl& control);

@@ -1,21 +1,14 @@
 // export: the files of the profile window's "Export" menu, without a window.
-#include <fcntl.h>
 #include <stdlib.h>
-#include <unistd.h>
 
-#include <array>
-#include <cerrno>
 #include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
-#include <new>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
-#include <thread>
 #include <vector>
 
 #include "command_line/command_error.h"
@@ -23,6 +16,7 @@
 #include "command_line/gnuplot.h"
 #include "command_line/long_work.h"
 #include "command_line/output.h"
+#include "command_line/passing_file.h"
 #include "command_line/path_options.h"
 #include "command_line/path_output.h"
 #include "command_line/provenance.h"
@@ -101,69 +95,6 @@ std::string numberProblem(const std::string& text) {
 
 // ---- Output ----
 
-// What is to go to standard output, when all of it is there. It is a pipe and no file: whatever ends the
-// program, nothing is left on the disk.
-class PassingFile {
- public:
-  PassingFile() {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-      throw CommandFailure("cannot make a pipe: " + std::generic_category().message(errno));
-    readEnd_ = ends[0];
-    writeEnd_ = ends[1];
-    reader_ = std::thread([this] { readAll(); });
-  }
-  PassingFile(const PassingFile&) = delete;
-  PassingFile& operator=(const PassingFile&) = delete;
-  ~PassingFile() {
-    finish();
-    close(readEnd_);
-  }
-
-  std::string path() const { return "/proc/self/fd/" + std::to_string(writeEnd_); }
-  void send() {
-    finish();
-    if (readError_ != 0)
-      throw CommandFailure("cannot read from a pipe: " + std::generic_category().message(readError_));
-    writeFile("-", [this](std::ostream& out) {
-      out.write(content_.data(), static_cast<std::streamsize>(content_.size()));
-    });
-  }
-
- private:
-  // In the thread.
-  void readAll() {
-    std::array<char, 65536> piece;
-    while (true) {
-      const ssize_t size = read(readEnd_, piece.data(), piece.size());
-      if (size > 0) append(std::string_view(piece.data(), static_cast<std::size_t>(size)));
-      if (size == 0) return;
-      if (size < 0 && errno != EINTR) {
-        readError_ = errno;
-        return;
-      }
-    }
-  }
-  // Without memory the rest is read all the same: the writer waits for its reader.
-  void append(std::string_view piece) {
-    try {
-      if (readError_ == 0) content_.append(piece);
-    } catch (const std::bad_alloc&) {
-      readError_ = ENOMEM;
-    }
-  }
-  void finish() {
-    if (!reader_.joinable()) return;
-    close(writeEnd_);
-    reader_.join();
-  }
-
-  int readEnd_ = -1, writeEnd_ = -1;
-  std::string content_;
-  int readError_ = 0;
-  std::thread reader_;
-};
-
 std::string decimals(const PathExport& result) {
   return result.decimalPoint == "." ? "a decimal point" : "decimal separator \"" + result.decimalPoint + "\"";
 }
@@ -171,14 +102,6 @@ std::string decimals(const PathExport& result) {
 std::string samplesSentence(const PathExport& result) {
   return std::to_string(result.samples) + ", " + fixed(result.spacingKm * 1000, 2) + " m apart" +
          (result.expanded ? ", of the expanded stretch" : ", from station to station");
-}
-
-std::string markersSentence(const PathExport& result) {
-  std::string text;
-  for (const PathExportMarker& marker : result.markers)
-    text += (text.empty() ? "" : ", ") + std::string(marker.right ? "right " : "left ") +
-            fixed(marker.distanceKm, 3) + " km from the start";
-  return text;
 }
 
 std::string modelSentence(const PathLossModelInputs& model, PathExportKind kind) {
@@ -202,13 +125,10 @@ std::string signalSentence(const PathExport& result) {
          " dB (Longley-Rice) and " + shortest(result.pointToPointClutterDb) + " dB (point-to-point)";
 }
 
-const char* unitsName(PlotUnits units) { return units == PlotUnits::kImperial ? "imperial" : "metric"; }
-
 std::string computedSentence(const PathExport& result, PathExportKind kind) {
-  std::string text = shortest(result.frequencyMhz) + " MHz, " + result.terrain.method;
-  if (kind == PathExportKind::kLossTable || kind == PathExportKind::kSignalGraph) return text;
-  return "k " + shortest(result.k) + ", " + std::to_string(result.fresnelPercent) +
-         " % of the first Fresnel zone, " + text + ", " + unitsName(result.units) + " units";
+  if (kind == PathExportKind::kLossTable || kind == PathExportKind::kSignalGraph)
+    return shortest(result.frequencyMhz) + " MHz, " + result.terrain.method;
+  return viewSentence(result);
 }
 
 void printSummary(const PathExport& result, const KindOfExport& kind) {
@@ -222,7 +142,7 @@ void printSummary(const PathExport& result, const KindOfExport& kind) {
     line("Size", std::to_string(result.width) + " x " + std::to_string(result.height) + " pixels");
   else
     line("Samples", samplesSentence(result));
-  if (!result.markers.empty()) line("Markers", markersSentence(result));
+  if (!result.markers.empty()) line("Markers", markersSentence(result.markers));
   if (hasSignals(kind.kind)) line("Signal", signalSentence(result));
   if (kind.kind == PathExportKind::kSignalGraph)
     line("Curves", "from " + fixed(result.startM, 0) + " to " + fixed(result.endM, 0) + " m from the start");

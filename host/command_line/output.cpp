@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
@@ -143,6 +145,13 @@ std::string significant(double value, int digits) {
   const auto end =
       std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, digits);
   return {buffer.data(), end.ptr};
+}
+
+std::string extensionOf(const std::string& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  return extension;
 }
 
 void finishStandardOutput() {

@@ -31,6 +31,9 @@ void writeFiles(const std::vector<FileToWrite>& files);
 // Whether two paths name one file, through links too; it need not exist.
 bool isSameFile(const std::string& a, const std::string& b);
 
+// Of the path's last part, with its dot and in lower case; empty without one.
+std::string extensionOf(const std::string& path);
+
 // Throws CommandFailure when what was written to standard output did not get there.
 void finishStandardOutput();
 

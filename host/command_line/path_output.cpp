@@ -92,6 +92,24 @@ std::string modelInputsSentence(const PathLossModelInputs& model) {
          " S/m, surface refractivity " + shortest(model.surfaceRefractivity) + " N-units";
 }
 
+const char* unitsName(PlotUnits units) { return units == PlotUnits::kImperial ? "imperial" : "metric"; }
+
+std::string markersSentence(const std::vector<PathExportMarker>& markers) {
+  std::string text;
+  for (const PathExportMarker& marker : markers)
+    text += (text.empty() ? "" : ", ") + std::string(marker.right ? "right " : "left ") +
+            fixed(marker.distanceKm, 3) + " km from the start";
+  return text;
+}
+
+std::string viewSentence(double k, int fresnelPercent, double frequencyMhz, const std::string& method,
+                         PlotUnits units) {
+  return "k " + shortest(k) + ", " + std::to_string(fresnelPercent) + " % of the first Fresnel zone, " +
+         shortest(frequencyMhz) + " MHz, " + method + ", " + unitsName(units) + " units";
+}
+
+std::string lossSentence(const std::string& loss) { return loss.empty() ? "none" : loss + " dB"; }
+
 std::string summaryText(std::string_view title, const std::string& text) {
   constexpr std::size_t kColumn = 18;
   const std::optional<std::size_t> width = terminalWidth();

@@ -4,10 +4,13 @@
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "zel/coordinates.h"
 #include "zel/longley_rice.h"
+#include "zel/path_export.h"
 #include "zel/path_loss.h"
+#include "zel/path_view.h"
 
 namespace zel::host {
 
@@ -43,6 +46,24 @@ int percent(double fraction);
 // "horizontal polarization, climate 5 (...), ground 15 and 0.005 S/m, surface refractivity 301 N-units".
 void addModelInputs(nlohmann::ordered_json& json, const PathLossModelInputs& model);
 std::string modelInputsSentence(const PathLossModelInputs& model);
+
+const char* unitsName(PlotUnits units);  // "metric" or "imperial"
+
+// "left 4.500 km from the start, right 12.000 km from the start"
+std::string markersSentence(const std::vector<PathExportMarker>& markers);
+
+// What a view was computed with, of a result that has it:
+// "k 1.33, 60 % of the first Fresnel zone, 950 MHz, FCC 4-Point, metric units".
+std::string viewSentence(double k, int fresnelPercent, double frequencyMhz, const std::string& method,
+                         PlotUnits units);
+template <typename Result>
+std::string viewSentence(const Result& result) {
+  return viewSentence(result.k, result.fresnelPercent, result.frequencyMhz, result.terrain.method,
+                      result.units);
+}
+
+// A loss as the window shows it, in dB; empty where there is none.
+std::string lossSentence(const std::string& loss);
 
 // A line of a summary: the title, then the text in its column. Where standard output is a terminal it is
 // broken to the terminal's width, and stays in the column.

@@ -1,9 +1,6 @@
 // picture: the plot of a path, or its losses by confidence and reliability, as a PNG or an SVG, and where
 // everything in it lies as JSON.
-#include <algorithm>
-#include <cctype>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -153,8 +150,6 @@ Json lossTableJson(const LossTableImage& image) {
   return json;
 }
 
-std::string lossSentence(const std::string& loss) { return loss.empty() ? "none" : loss + " dB"; }
-
 template <typename Image>
 void printPicture(const Image& image, const PictureOptions& options) {
   summaryLine("Picture", options.output + " (" + std::to_string(image.deviceWidth) + " x " +
@@ -194,13 +189,6 @@ void checkOutputs(const PictureOptions& options) {
     throw UsageError("-o - and --geometry - both want standard output; give one of them a file");
   if (isSameFile(options.output, options.geometry))
     throw UsageError("-o and --geometry name the same file; give two");
-}
-
-std::string extensionOf(const std::string& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-  return extension;
 }
 
 // By the file's extension. Standard output has none, and gets a PNG unless the format is given.

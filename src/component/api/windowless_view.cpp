@@ -10,6 +10,7 @@
 #include "foundation/number_text.h"
 #include "profile/sampling/height_cleanup.h"
 #include "ui/plot/plot_scale.h"
+#include "ui/profile_window/panel_inputs.h"
 
 namespace zel {
 namespace {
@@ -221,6 +222,10 @@ void WindowlessView::makeProcedures(Canvas& canvas) {
   calculation.normalTable = &component_.normalTable();
   profile_ = std::make_unique<ProfileProcedures>(std::move(calculation), inputs_.settings());
 
+  plot_ = std::make_unique<PlotProcedures>(drawingServices(canvas), inputs_.settings(), state_);
+}
+
+PlotProcedures::Services WindowlessView::drawingServices(Canvas& canvas) {
   PlotProcedures::Services drawing;
   drawing.canvas = &canvas;
   drawing.profile = profile_.get();
@@ -233,12 +238,23 @@ void WindowlessView::makeProcedures(Canvas& canvas) {
   drawing.formatter = formatter_.get();
   drawing.module = &module_;
   drawing.trapped = &trap_.module;
-  plot_ = std::make_unique<PlotProcedures>(std::move(drawing), inputs_.settings(), state_);
+  return drawing;
 }
 
 PlotPanel WindowlessView::panel() const {
-  return {std::to_string(state_.inputs.antennaHeights[0]), std::to_string(state_.inputs.antennaHeights[1]),
-          shortestNumber(state_.inputs.frequency)};
+  return {shownText("tbxAnt1AGL"), shownText("tbxAnt2AGL"), shownText("tbxFreq")};
+}
+
+std::string WindowlessView::shownText(std::string_view control) const {
+  const ProfileInputs& inputs = state_.inputs;
+  if (control == "lblSLat") return formatter_->LatitudeText(inputs.start.latitude);
+  if (control == "lblSLon") return formatter_->LongitudeText(inputs.start.longitude);
+  if (control == "lblELat") return formatter_->LatitudeText(inputs.end.latitude);
+  if (control == "lblELon") return formatter_->LongitudeText(inputs.end.longitude);
+  if (control == "tbxAnt1AGL") return antennaHeightText(inputs.antennaHeights[0], inputs.units.height);
+  if (control == "tbxAnt2AGL") return antennaHeightText(inputs.antennaHeights[1], inputs.units.height);
+  if (control == "tbxFreq") return frequencyText(inputs.frequency);
+  return readouts_.text(control);
 }
 
 void WindowlessView::draw(Canvas& canvas) {
@@ -247,10 +263,23 @@ void WindowlessView::draw(Canvas& canvas) {
   profile_->DoPreCalc(state_);
   plot_->drawLine();
   placeMarkers();
-  const bool drawn = !module_.bProfileFailed && !state_.flags.profileError && !state_.flags.resample;
-  if (!drawn || state_.expanded != request_.expanded.has_value())
-    throw Refusal{wording_.failure +
-                  (trap_.messages.texts.empty() ? std::string() : ": " + trap_.messages.texts.front())};
+  requireDrawing(!state_.flags.resample && state_.expanded == request_.expanded.has_value());
+}
+
+PlotScale WindowlessView::drawForPage(Canvas& canvas) {
+  PlotProcedures::Services services = drawingServices(canvas);
+  services.style = pageStyle();
+  services.names = kPrintProcedures;
+  PlotProcedures page(std::move(services), inputs_.settings(), state_);
+  page.drawLine();
+  requireDrawing(page.hasDrawn());
+  return page.view().scale;
+}
+
+void WindowlessView::requireDrawing(bool drawn) const {
+  if (drawn && !module_.bProfileFailed && !state_.flags.profileError) return;
+  throw Refusal{wording_.failure +
+                (trap_.messages.texts.empty() ? std::string() : ": " + trap_.messages.texts.front())};
 }
 
 void WindowlessView::requirePlotHeight() const {

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "canvas/canvas.h"
@@ -102,6 +103,9 @@ class WindowlessView {
   // is not touched afterwards.
   void draw(Canvas& canvas);
 
+  // The view that was drawn, as the window prints it, into another canvas. The scale that it has there.
+  PlotScale drawForPage(Canvas& canvas);
+
   // Of a picture: a plot without height shows nothing.
   void requirePlotHeight() const;
 
@@ -117,6 +121,8 @@ class WindowlessView {
   // After the drawing.
   const PlotView& plotView() const { return plot_->view(); }
   const KeptReadouts& readouts() const { return readouts_; }
+  // The text of a control of the window by its name, "lblSLat" or "tbxAnt1AGL"; empty where it has none.
+  std::string shownText(std::string_view control) const;
 
  private:
   template <typename Number>
@@ -130,6 +136,8 @@ class WindowlessView {
   double onPath(double km, const char* what) const;
   std::shared_ptr<const DatumShift> shiftForMarkers() const;
   void makeProcedures(Canvas& canvas);
+  PlotProcedures::Services drawingServices(Canvas& canvas);
+  void requireDrawing(bool drawn) const;
   PlotPanel panel() const;
   void placeMarkers();
 
