@@ -1,16 +1,19 @@
-// Draws the pictures of the documents: the profile window, the settings dialog and the link budget as a host
-// shows them, and the loss table, without a display, each in a file of its own.
+// Draws the pictures of the documents: the profile window, the settings dialog, the link budget and the print
+// preview as a host shows them, and the loss table, without a display, each in a file of its own.
 //
 //     screenshots FOLDER
 //
-// The same files come out each time: platform, style, palette, font and scale are fixed, and the settings are
-// the defaults. It needs the font DejaVu Sans. Exit status 0, or 1 with one line on standard error.
+// The same files come out each time, but for the time of day on the page of the preview: platform, style,
+// palette, font and scale are fixed, and the settings are the defaults. It needs the font DejaVu Sans. Exit
+// status 0, or 1 with one line on standard error.
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFontDatabase>
 #include <QImage>
+#include <QLineEdit>
 #include <QLocale>
 #include <QStyle>
 #include <QStyleFactory>
@@ -85,13 +88,16 @@ void shootLinkBudget(const QDir& folder) {
   window.close();
 }
 
-// The dialog has an event loop of its own.
-void shootSettings(ProfileControl& profiler, const QDir& folder) {
-  std::string failure = "the settings dialog is not shown";
+// Of a dialog, which has an event loop of its own: `show` returns when it is closed.
+template <typename Show, typename Prepare>
+void shootDialog(const char* name, const QDir& folder, const char* file, const Show& show,
+                 const Prepare& prepare) {
+  std::string failure = std::string(name) + " is not shown";
   QTimer::singleShot(0, qApp, [&] {
     try {
-      QWidget& dialog = topWindow("frmOptionsProfile");
-      save(dialog, folder, "settings-dialog.png");
+      QWidget& dialog = topWindow(name);
+      prepare(dialog);
+      save(dialog, folder, file);
       failure.clear();
       dialog.close();
     } catch (const ScreenshotError& error) {
@@ -99,8 +105,18 @@ void shootSettings(ProfileControl& profiler, const QDir& folder) {
       if (QWidget* open = QApplication::activeModalWidget()) open->close();
     }
   });
-  profiler.ShowOptionsForm();
+  show();
   if (!failure.empty()) throw ScreenshotError(failure);
+}
+
+void shootPreview(const QDir& folder) {
+  shootDialog(
+      "printPreview", folder, "print-preview.png",
+      [] { part<QAction>(topWindow("frmProfile"), "mnuPrintPreview").trigger(); },
+      [](QWidget& dialog) {
+        part<QLineEdit>(dialog, "txtDescription").setText(QStringLiteral("North ridge, first draft"));
+        part<QComboBox>(dialog, "cboPaper").setCurrentText(QStringLiteral("A4"));
+      });
 }
 
 void drawLossTable(const QDir& folder) {
@@ -132,10 +148,18 @@ void shootAll(const QDir& folder) {
   QApplication::setCursorFlashTime(0);
   const test::TemporaryFolder logs;
   ProfileControl profiler;
-  profiler.SetClientApp(makePropertyBag({{"Title", "Terrain Profiler"}, {"Path", logs.path().string()}}));
+  profiler.SetClientApp(makePropertyBag({{"Title", "Terrain Profiler"},
+                                         {"Path", logs.path().string()},
+                                         {"ProductName", "Terrain Profiler"},
+                                         {"Major", 0},
+                                         {"Minor", 1},
+                                         {"Revision", 0}}));
   shootProfile(profiler, folder);
   shootLinkBudget(folder);
-  shootSettings(profiler, folder);
+  shootPreview(folder);
+  shootDialog(
+      "frmOptionsProfile", folder, "settings-dialog.png", [&profiler] { profiler.ShowOptionsForm(); },
+      [](QWidget&) {});
   profiler.UnloadMainForm();
   drawLossTable(folder);
 }

@@ -8,8 +8,8 @@ import subprocess
 import sys
 import tempfile
 
-PICTURES = ["link-budget.png", "loss-table.png", "profile-window.png", "settings-dialog.png"]
-LARGEST = 60000  # bytes
+PICTURES = ["link-budget.png", "loss-table.png", "print-preview.png", "profile-window.png", "settings-dialog.png"]
+LARGEST = 90000  # bytes
 
 
 def drawn(script, program, folder):
@@ -36,7 +36,10 @@ def main():
                 faults.append(f"{name} has {len(data)} bytes")
         if pictures.get("profile-window.png", b"")[16:24] != (621).to_bytes(4, "big") + (432).to_bytes(4, "big"):
             faults.append("the profile window has another size than a new one's")
-        if drawn(script, program, second) != pictures:
+        again = drawn(script, program, second)
+        # The page has the time of day.
+        again["print-preview.png"] = pictures.get("print-preview.png")
+        if again != pictures:
             faults.append("it draws other pictures the second time")
         # One that cannot be drawn leaves those that are there.
         done = subprocess.run([script, "--program", "/bin/false", first], capture_output=True, check=False, timeout=60)
