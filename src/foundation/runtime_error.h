@@ -21,6 +21,7 @@ class RuntimeError : public std::runtime_error {
   static RuntimeError typeMismatch() { return {13, "Type mismatch"}; }
   static RuntimeError errorInLoadingLibrary() { return {48, "Error in loading DLL"}; }
   static RuntimeError internalError(const std::string& what) { return {51, "Internal error: " + what}; }
+  static RuntimeError badFileName() { return {52, "Bad file name"}; }
   static RuntimeError fileNotFound() { return {53, "File not found"}; }
   static RuntimeError diskFull() { return {61, "Disk full"}; }
   static RuntimeError permissionDenied() { return {70, "Permission denied"}; }

@@ -1,38 +1,21 @@
 // Printers and their dialog.
-//
-// Lengths are twips, 1/1440 inch.
 #pragma once
 
 #include <optional>
 #include <string>
 
+#include "platform/paper.h"
+
 namespace zel {
 
 class PrintedPage;  // canvas/qt/printed_page.h
-
-// The classic numbers.
-enum class PageOrientation { kPortrait = 1, kLandscape = 2 };
-
-// What a printer cannot print on, at each side of the page.
-struct PaperMargins {
-  double left = 0, top = 0, right = 0, bottom = 0;
-};
-
-// A sheet as it lies before the reader: wider than high in landscape.
-struct PaperFormat {
-  std::string name = "A4";
-  double width = 11906;
-  double height = 16838;
-  PaperMargins margins;
-};
 
 // What was chosen in the printer dialog.
 struct PrintRequest {
   std::string printer;  // its name; empty when the page goes into a file
   std::string file;     // of a PDF; empty when the page goes to a printer
-  int copies = 1;       // 1 or more
-  PageOrientation orientation = PageOrientation::kPortrait;
-  PaperFormat paper;
+  int copies = 1;       // to PrintService::kMostCopies
+  PaperFormat paper;    // as the page lies
 };
 
 // What a document says of itself.
@@ -41,17 +24,21 @@ struct PrintedDocument {
   std::string creator;  // the program's name and version
 };
 
-// Failures are RuntimeErrors: 61, 70, 75, 76 as files have them, kNoSuchPrinter, kPrinterFailed.
+// Failures are RuntimeErrors: 61, 70, 75, 76 as files have them, and those that are named here.
 class PrintService {
  public:
+  static constexpr int kMostCopies = 999;     // the printer dialog's own limit
+  static constexpr int kInvalidCall = 5;      // no such number of copies
   static constexpr int kNoSuchPrinter = 482;  // also: no printer, and no file either
   static constexpr int kPrinterFailed = 483;
 
   virtual ~PrintService() = default;
 
-  // The printer dialog: printer or PDF file, copies, orientation, paper. Printer, file and paper begin as
-  // they were last chosen in this process. Nothing when the user cancels. Handles events.
-  virtual std::optional<PrintRequest> choose(PageOrientation orientation) = 0;
+  // The printer dialog: printer or PDF file, copies, orientation, paper. Printer and file begin as they were
+  // last chosen in this process, and so does the paper unless one is passed that the printer has. Nothing
+  // when the user cancels. Handles events.
+  virtual std::optional<PrintRequest> choose(PageOrientation orientation,
+                                             const std::optional<PaperFormat>& paper) = 0;
 
   // The same without the dialog. `printer` is the name of one, a path that ends in ".pdf", or empty: the one
   // that was chosen last, else the system's default.

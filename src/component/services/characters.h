@@ -1,15 +1,14 @@
 // Lengths of texts in characters (Unicode code points), where a rule counts what a person would.
 //
-// A byte that is not part of valid UTF-8 counts by the lead byte rule alone: continuation bytes (0x80 to
-// 0xBF) belong to the character before them, every other byte begins one.
+// A byte that is not part of valid UTF-8 counts by the lead byte rule alone.
 #pragma once
 
 #include <cstddef>
 #include <string_view>
 
-namespace zel {
+#include "foundation/utf8.h"
 
-inline bool beginsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
+namespace zel {
 
 inline std::size_t characterCount(std::string_view utf8) {
   std::size_t count = 0;

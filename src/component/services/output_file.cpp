@@ -52,6 +52,8 @@ std::string contentOfFile(const std::string& path) {
 }
 
 OutputFile::OutputFile(const std::string& path) : target_(path) {
+  // The system would take the part before it.
+  if (path.find('\0') != std::string::npos) throw RuntimeError::badFileName();
   std::error_code none;
   const fs::file_status status = fs::status(path, none);
   if (fs::is_directory(status)) throw fileError(path, EISDIR);

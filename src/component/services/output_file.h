@@ -9,8 +9,8 @@
 //
 // A path is the bytes that the system knows it by, in whatever encoding.
 //
-// Errors are RuntimeErrors with the path and the system's reason: 61 no room, 70 no right to write, 75 no
-// file can be there, 76 no such folder.
+// Errors are RuntimeErrors with the path and the system's reason: 52 no name of a file, 61 no room, 70 no
+// right to write, 75 no file can be there, 76 no such folder.
 #pragma once
 
 #include <string>

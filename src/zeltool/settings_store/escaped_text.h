@@ -1,14 +1,10 @@
 // Percent escapes: any bytes as one line of valid UTF-8, and back.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace zel {
-
-// Length in bytes of the valid UTF-8 sequence that the text begins with; 0 when it begins with none.
-std::size_t utf8SequenceLength(std::string_view text);
 
 // Escapes as %XX: "%", the special characters, control characters, bytes that are no UTF-8, and blanks at
 // both ends.

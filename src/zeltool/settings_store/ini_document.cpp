@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "foundation/text.h"
+#include "foundation/utf8.h"
 #include "zeltool/settings_store/escaped_text.h"
 
 namespace zel {
