@@ -18,7 +18,8 @@ class Page {
 
   // A picture in this rectangle of the sheet, given in the sheet's world coordinates: a canvas with a scale
   // of its own, cut at the rectangle, whose texts (8 points) are whole within it and off one another. It
-  // belongs to the page and lies over what the sheet has. What the sheet draws later lies over it.
+  // belongs to the page, and its strokes lie over what the sheet has. What the sheet draws later lies over
+  // them.
   virtual Canvas& box(double left, double top, double right, double bottom) = 0;
 };
 

@@ -1,4 +1,4 @@
-#include "canvas/recording_page.h"
+#include "support/recording_page.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@ namespace zel {
 namespace {
 
 TEST(RecordingPage, CharactersAreHalfAsWideAsTheFontIsHigh) {
-  RecordingPage page(11906, 16838);
+  test::RecordingPage page(11906, 16838);
   page.sheet().setScale(0, 16838, 11906, 0);
   EXPECT_EQ(page.fontSize(), 10);
   // 10 points are 200 twips; 1e-9 of arithmetic.
@@ -20,7 +20,7 @@ TEST(RecordingPage, CharactersAreHalfAsWideAsTheFontIsHigh) {
 }
 
 TEST(RecordingPage, TellsWhichTextWasPrintedInWhichFont) {
-  RecordingPage page(11906, 16838);
+  test::RecordingPage page(11906, 16838);
   page.sheet().setScale(0, 16838, 11906, 0);
   page.sheet().setTextPosition(1400, 16138);
   page.sheet().print("Date");
@@ -38,7 +38,7 @@ TEST(RecordingPage, TellsWhichTextWasPrintedInWhichFont) {
 }
 
 TEST(RecordingPage, KeepsItsBoxesWithWhatLiesUnderThem) {
-  RecordingPage page(11906, 16838);
+  test::RecordingPage page(11906, 16838);
   page.sheet().setScale(0, 16838, 11906, 0);
   page.sheet().line(0, 0, 1, 1, kBlack);
   Canvas& first = page.box(1191, 10000, 10716, 6825);
@@ -46,7 +46,7 @@ TEST(RecordingPage, KeepsItsBoxesWithWhatLiesUnderThem) {
   first.setScale(0, 1, 10, 0);
   first.line(0, 0, 10, 1, kRed);
   ASSERT_EQ(page.boxes().size(), 2U);
-  const RecordedBox& box = page.boxes()[0];
+  const test::RecordedBox& box = page.boxes()[0];
   EXPECT_EQ(box.left, 1191);
   EXPECT_EQ(box.top, 10000);
   EXPECT_EQ(box.right, 10716);

@@ -240,6 +240,23 @@ TEST_F(ClearanceReadoutTest, LongLinesLeaveOutTheWordAndThenTheMetres) {
   }
 }
 
+// For paper, and whatever else has room for all of it.
+TEST_F(ClearanceReadoutTest, ALineWithoutALimitOrWithinItKeepsAllWords) {
+  state.riseK = 1.33F;
+  state.inputs.k = 1.2F;
+  state.rawElevation[3] = kVoidHeight;
+  const auto within = [this](std::size_t widest) {
+    return pathClearanceText(state, pathClearance(state), {}, widest);
+  };
+  const std::string all =
+      "Worst 5.00 km: clearance 28.5 m, 57 % of zone 1: unknown, 1 void (k 1.33, not yet 1.2)";
+  EXPECT_EQ(within(std::numeric_limits<std::size_t>::max()), all);
+  EXPECT_EQ(within(all.size()), all);
+  EXPECT_EQ(within(all.size() - 1),
+            "Worst 5.00 km: 28.5 m, 57 % of zone 1: unknown, 1 void (k 1.33, not yet 1.2)");
+  EXPECT_EQ(within(0), "Worst 5.00 km: 57 % of zone 1: unknown, 1 void (k 1.33, not yet 1.2)");
+}
+
 // --- under the pointer ---
 
 TEST_F(ClearanceReadoutTest, ThePointerOnTheWorstObstacleReadsItsClearance) {

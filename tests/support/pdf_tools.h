@@ -63,10 +63,10 @@ class PdfFile {
   }
   QImage picture(int dotsPerInch, int page = 1) const {
     const QString stem = QString::fromStdString(folder_ / "picture");
-    output("pdftoppm", QStringList{QStringLiteral("-r"), QString::number(dotsPerInch), QStringLiteral("-png"),
-                                   QStringLiteral("-singlefile")}
-                           << pageArguments(page) << path_ << stem);
-    const QImage image(stem + QStringLiteral(".png"));
+    output("pdftoppm",
+           QStringList{QStringLiteral("-r"), QString::number(dotsPerInch), QStringLiteral("-singlefile")}
+               << pageArguments(page) << path_ << stem);
+    const QImage image(stem + QStringLiteral(".ppm"));
     if (image.isNull()) throw std::runtime_error("pdftoppm made no picture");
     return image.convertToFormat(QImage::Format_RGB32);
   }

@@ -5,12 +5,10 @@
 #include <QColor>
 #include <QImage>
 #include <QPainter>
-#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "canvas/qt/printed_page.h"
@@ -19,22 +17,10 @@
 
 namespace zel::test {
 
-// The paper as it lies in that orientation.
-inline PaperFormat lying(PaperFormat paper, PageOrientation orientation) {
-  const bool wide = paper.width > paper.height;
-  if (wide == (orientation == PageOrientation::kLandscape)) return paper;
-  std::swap(paper.width, paper.height);
-  PaperMargins& margins = paper.margins;
-  margins = {margins.bottom, margins.left, margins.top, margins.right};
-  return paper;
-}
-
-inline PaperFormat letterPaper() { return {"Letter", 12240, 15840, {}}; }
-
 // The page as its reader sees it, so many pixels an inch.
 inline QImage imageOfPage(const PrintedPage& page, double pixelsPerInch) {
-  const QSize size(static_cast<int>(std::lround(page.size().width() * pixelsPerInch / 1440)),
-                   static_cast<int>(std::lround(page.size().height() * pixelsPerInch / 1440)));
+  const QSize size(static_cast<int>(std::lround(page.size().width() * pixelsPerInch / kTwipsPerInch)),
+                   static_cast<int>(std::lround(page.size().height() * pixelsPerInch / kTwipsPerInch)));
   QImage image(size, QImage::Format_RGB32);
   image.fill(Qt::white);
   QPainter painter(&image);
@@ -53,22 +39,24 @@ class ScriptedPrinting final : public PrintService {
   };
 
   // Answers with `answer`: cancelled without one. Orientation and paper are those of the answer.
-  std::optional<PrintRequest> choose(PageOrientation orientation) override {
+  std::optional<PrintRequest> choose(PageOrientation orientation,
+                                     const std::optional<PaperFormat>& paper) override {
     choices.push_back(orientation);
+    papersOfChoices.push_back(paper ? paper->name : std::string());
     if (onChoose) onChoose(orientation);
     return answer;
   }
 
   // The dialog answers with its own orientation, this paper and a PDF of that name.
   void answerWith(PageOrientation orientation, const std::string& file = "page.pdf", int copies = 1) {
-    answer = PrintRequest{"", file, copies, orientation, lying(sheet, orientation)};
+    answer = PrintRequest{"", file, copies, lying(sheet, orientation)};
   }
 
   PrintRequest request(const std::string& printer, int copies, PageOrientation orientation) override {
     requests.push_back(printer);
     if (requestFailure) throw *requestFailure;
     const bool pdf = printer.size() > 4 && printer.substr(printer.size() - 4) == ".pdf";
-    return {pdf ? "" : printer, pdf ? printer : "", copies, orientation, lying(sheet, orientation)};
+    return {pdf ? "" : printer, pdf ? printer : "", copies, lying(sheet, orientation)};
   }
 
   PaperFormat paper(PageOrientation orientation) override { return lying(sheet, orientation); }
@@ -84,8 +72,9 @@ class ScriptedPrinting final : public PrintService {
   std::function<void(PageOrientation)> onChoose;             // while the dialog is shown
   std::optional<RuntimeError> requestFailure, printFailure;  // thrown
   std::function<void(const PrintRequest&, const PrintedPage&, const PrintedDocument&)> onPrint;
-  std::vector<PageOrientation> choices;  // what the dialog began with
-  std::vector<std::string> requests;     // the printers asked for
+  std::vector<PageOrientation> choices;      // what the dialog began with
+  std::vector<std::string> papersOfChoices;  // their names; empty where it was left to the dialog
+  std::vector<std::string> requests;         // the printers asked for
   std::vector<Print> prints;
 };
 

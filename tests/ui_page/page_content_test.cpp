@@ -6,7 +6,9 @@
 #include <map>
 
 #include "component/services/normal_table.h"
+#include "platform/terrain.h"
 #include "profile/path_loss/level_deviate.h"
+#include "profile/view_state/clearance_readout.h"
 #include "support/plot_state.h"
 
 namespace zel {
@@ -27,7 +29,6 @@ struct PageContentTest : testing::Test {
       {"lblMLoss", "143.21"}};
   PageOrigin origin{{2026, 11, 21, 14, 3, 9}, "Host Planner", "2.0.17", {}};
   std::string description;
-  NumberStyle numbers;
 
   PageContentTest() { state.model = ModelParameters{0, 5, 15, 0.005, 301, 0, -1.28}; }
 
@@ -36,7 +37,7 @@ struct PageContentTest : testing::Test {
       const auto found = texts.find(control);
       return found == texts.end() ? std::string() : found->second;
     };
-    return pageContent(state, shown, origin, description, numbers);
+    return pageContent(state, shown, origin, description);
   }
   Texts column(std::string PageRow::*side) const {
     Texts found;
@@ -102,7 +103,8 @@ TEST_F(PageContentTest, UnitsAreThoseOfTheWindow) {
   EXPECT_EQ(right()[3], "End Antenna AGL: 45 ft");
   EXPECT_EQ(left()[4], "Range: 58.25 mi");
   EXPECT_EQ(note("Heights"),
-            "Heights in ft above mean sea level (AMSL) or above ground (AGL), distances in mi.");
+            "Heights, also those without a unit, in ft above mean sea level (AMSL) or above ground (AGL), "
+            "distances in mi.");
 }
 
 TEST_F(PageContentTest, MarkerLinesAreThereForShownMarkersOnly) {
@@ -142,14 +144,6 @@ TEST_F(PageContentTest, CurveFactorHasThreeDecimals) {
   EXPECT_EQ(content().k, "0.500");
 }
 
-TEST_F(PageContentTest, NumbersAreWrittenAsTheUsersLocaleDoes) {
-  numbers = {",", "."};
-  state.inputs.fresnelFraction = 0.575F;
-  EXPECT_EQ(content().k, "1,330");
-  EXPECT_EQ(content().fresnel, "57,5");
-  EXPECT_NE(note("Modeled").find("conductivity 0,005 S/m"), std::string::npos);
-}
-
 TEST_F(PageContentTest, EmptyTextsLeaveTheirLabelsAndUnits) {
   texts.clear();
   EXPECT_EQ(right()[8], "Modeled Path Loss:  dB");
@@ -160,10 +154,12 @@ TEST_F(PageContentTest, EmptyTextsLeaveTheirLabelsAndUnits) {
 
 TEST_F(PageContentTest, NotesBeginWithUnitsAndTheDatumThatTheHostHasTold) {
   EXPECT_EQ(content().notes.at(0),
-            "Heights in m above mean sea level (AMSL) or above ground (AGL), distances in km.");
+            "Heights, also those without a unit, in m above mean sea level (AMSL) or above ground (AGL), "
+            "distances in km.");
   origin.datum = "NAD-27";
   EXPECT_EQ(content().notes.at(0),
-            "Heights in m above mean sea level (AMSL) or above ground (AGL), distances in km. Positions in "
+            "Heights, also those without a unit, in m above mean sea level (AMSL) or above ground (AGL), "
+            "distances in km. Positions in "
             "NAD-27.");
 }
 
@@ -195,13 +191,15 @@ TEST_F(PageContentTest, NotesTellTheBundledSampleVoidsAndAShiftOfDatum) {
   report.voids = 1;
   EXPECT_NE(note("Terrain").find("bundled sample terrain, as source 3 \"1 second\" is not set"),
             std::string::npos);
-  EXPECT_NE(note("Terrain").find(" 1 sample without a height, drawn in red at sea level."),
+  EXPECT_NE(note("Terrain").find(
+                " 1 sample without a height, drawn in red at sea level and counted as 0 in the statistics."),
             std::string::npos);
   report.voids = 2;
   report.datumShifted = true;
   report.datumOperation = {"NAD27 to NAD83 (1)", 0.15, true};
   EXPECT_NE(
-      note("Terrain").find(" 2 samples without a height, drawn in red at sea level. The terrain was "
+      note("Terrain").find(" 2 samples without a height, drawn in red at sea level and counted as 0 in the "
+                           "statistics. The terrain was "
                            "read at positions shifted to NAD-83 by NAD27 to NAD83 (1) (accuracy 0.15 m)."),
       std::string::npos);
   report.datumOperation.accuracy = -1;
@@ -259,12 +257,27 @@ TEST_F(PageContentTest, NotesHaveTheClearanceOfThePath) {
   EXPECT_EQ(note("Clearance"), "");
 }
 
+// The window's row has no room for its words and metres. Tops at 98.4 ft, halfway less a bulge of 25 x 1000 /
+// (2 x 0.667 x 6371) = 2.94 m: 27.06 m or 88.8 ft.
+TEST_F(PageContentTest, NotesHaveAllWordsOfALongClearance) {
+  test::useFeetAndMiles(state);
+  state.riseK = 0.667F;
+  state.inputs.k = 1.333F;
+  for (const std::int32_t sample : {3, 8}) state.rawElevation[sample] = kVoidHeight;
+  ASSERT_EQ(pathClearanceText(state, pathClearance(state)).find("clearance"), std::string::npos);
+  EXPECT_EQ(
+      note("Clearance"),
+      "Clearance of the first Fresnel zone in exact geometry: Worst 3.11 mi: clearance 88.8 ft, 96 % of "
+      "zone 1: unknown, 2 voids (k 0.667, not yet 1.333).");
+}
+
 TEST_F(PageContentTest, NotesTellWhichStretchThePlotShows) {
   EXPECT_EQ(content().notes.back(),
             "The plot reaches 1.0 km beyond each station; its distances count from the start.");
   test::expandBetween(state, 3, 7);
   EXPECT_EQ(content().notes.back(),
-            "The plot shows the stretch between the markers; its distances count from the start.");
+            "The plot shows the stretch between the markers, its distances count from the start; all values "
+            "are of the whole path.");
 }
 
 }  // namespace

@@ -6,11 +6,13 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <tuple>
 
-#include "canvas/recording_page.h"
 #include "foundation/runtime_error.h"
 #include "support/plot_state.h"
+#include "support/recording_page.h"
 #include "support/recording_settings_store.h"
+#include "ui/page/plot_on_page.h"
 #include "ui/plot/plot_drawing.h"
 
 namespace zel {
@@ -75,6 +77,7 @@ struct FlatPlot {
     drawing.elevationLines(5, static_cast<std::int16_t>(view.drawn.first),
                            static_cast<std::int16_t>(view.drawn.last));
     drawing.rangeLines(5);
+    drawing.labels();
     drawing.fresnelAndSight();
     drawing.ground();
     return view.scale;
@@ -83,32 +86,27 @@ struct FlatPlot {
 
 // A page that is drawn.
 struct Drawn {
-  explicit Drawn(const PaperFormat& paper, const PageContent& content = fullContent(), PlotScale scale = {})
+  explicit Drawn(const PaperFormat& paper, const PageContent& content = fullContent())
       : page(paper.width, paper.height) {
-    result = drawPage(page, paper, content, [this, &scale](Canvas& canvas, PlotScale& drawnScale) {
-      plotCanvas = &canvas;
-      drawnScale = scale;
-      return true;
-    });
+    result = drawPage(page, paper, content, [](Canvas&) { return true; });
     texts = page.texts();
   }
 
   Texts strings() const {
     Texts found;
-    for (const RecordedPageText& text : texts) found.push_back(text.text);
+    for (const test::RecordedPageText& text : texts) found.push_back(text.text);
     return found;
   }
-  const RecordedPageText& text(std::string_view beginning) const {
-    for (const RecordedPageText& text : texts)
+  const test::RecordedPageText& text(std::string_view beginning) const {
+    for (const test::RecordedPageText& text : texts)
       if (text.text.rfind(beginning, 0) == 0) return text;
     ADD_FAILURE() << "no text " << beginning;
     return texts.front();
   }
 
-  RecordingPage page;
+  test::RecordingPage page;
   DrawnPage result;
-  Canvas* plotCanvas = nullptr;
-  std::vector<RecordedPageText> texts;
+  std::vector<test::RecordedPageText> texts;
 };
 
 // ---- Conversion ----
@@ -132,6 +130,22 @@ TEST(ConvertPrintCoords, FollowsAScaleThatIsUpsideDown) {
   const PageBox box{0, 3000, 1000, 0};
   EXPECT_DOUBLE_EQ(ConvertPrintCoords(scale, box, 5, -20).y, 3000);
   EXPECT_DOUBLE_EQ(ConvertPrintCoords(scale, box, 5, 0).y, 1000);
+}
+
+TEST(PlotOnPage, MeasuresTextsAndKeepsPensInThePlotsTerms) {
+  test::RecordingPage page(kA4.width, kA4.height);
+  page.sheet().setScale(0, kA4.height, kA4.width, 0);
+  const PageBox box{1000, 9000, 9000, 6000};
+  Canvas& picture = page.box(box.left, box.top, box.right, box.bottom);
+  PlotOnPage plot(picture, box);
+  plot.setScale(2, 260, 14, 90);
+  EXPECT_EQ(plot.scaleWidth(), 12);
+  // A twip is 12 / 8000 km and 170 / 3000 m.
+  EXPECT_NEAR(plot.textWidth("1,370"), picture.textWidth("1,370") * 12 / 8000, 1e-9);
+  EXPECT_NEAR(plot.textHeight(), picture.textHeight() * 170 / 3000, 1e-9);
+  plot.setDrawWidth(3);
+  EXPECT_EQ(plot.drawWidth(), 3);
+  EXPECT_EQ(picture.drawWidth(), 3);
 }
 
 // ---- Order and places ----
@@ -186,7 +200,7 @@ TEST(DrawPage, CentresTheHeaderBeginningAtTheFirstLine) {
   double y = 16838 - 700;
   double step = 0;
   for (std::size_t i = 0; drawn.texts[i].text.rfind("Start Point", 0) != 0; ++i) {
-    const RecordedPageText& line = drawn.texts[i];
+    const test::RecordedPageText& line = drawn.texts[i];
     EXPECT_NEAR(line.position.x, (11906 - line.width) / 2, kRounding) << line.text;
     if (i == 1) step = y - line.position.y;
     y -= i == 0 ? 0 : step;
@@ -204,8 +218,7 @@ TEST(DrawPage, PutsThePlotIntoABoxOfSixteenBitIntegers) {
     EXPECT_EQ(box.width(), std::nearbyint(paper.width * 0.8)) << paper.width;
     EXPECT_NEAR(box.height(), std::nearbyint(box.width() / 3), kRounding) << paper.width;
     ASSERT_EQ(drawn.page.boxes().size(), 1U);
-    const RecordedBox& recorded = drawn.page.boxes()[0];
-    EXPECT_EQ(recorded.canvas.get(), drawn.plotCanvas);
+    const test::RecordedBox& recorded = drawn.page.boxes()[0];
     EXPECT_EQ(recorded.left, box.left);
     EXPECT_EQ(recorded.top, box.top);
     EXPECT_EQ(recorded.right, box.right);
@@ -213,32 +226,29 @@ TEST(DrawPage, PutsThePlotIntoABoxOfSixteenBitIntegers) {
   }
 }
 
-TEST(DrawPage, OutlinesTheBoxOverThePlot) {
-  for (const PlotScale& scale :
-       {PlotScale{0, 260, 12, 90}, PlotScale{3, -40, 7, 10}, PlotScale{0, 0, 12, 0}, PlotScale{5, 1, 5, 0}}) {
-    const Drawn drawn(kA4, fullContent(), scale);
-    const PageBox& box = drawn.result.plot;
-    const RecordingCanvas& sheet = drawn.page.sheet();
-    const std::vector<RecordedLine> lines = sheet.linesIn(kBlack);
-    ASSERT_EQ(lines.size(), 4U);
-    double left = 1e9, right = -1e9, top = -1e9, bottom = 1e9, length = 0;
-    for (const RecordedLine& line : lines) {
-      left = std::min({left, line.from.x, line.to.x});
-      right = std::max({right, line.from.x, line.to.x});
-      top = std::max({top, line.from.y, line.to.y});
-      bottom = std::min({bottom, line.from.y, line.to.y});
-      length += std::hypot(line.to.x - line.from.x, line.to.y - line.from.y);
-    }
-    EXPECT_NEAR(left, box.left, kRounding);
-    EXPECT_NEAR(right, box.right, kRounding);
-    EXPECT_NEAR(top, box.top, kRounding);
-    EXPECT_NEAR(bottom, box.bottom, kRounding);
-    EXPECT_NEAR(length, 2 * (box.width() + box.height()), kRounding);
-    const auto first =
-        std::find_if(sheet.operations().begin(), sheet.operations().end(),
-                     [](const auto& one) { return std::holds_alternative<RecordedLine>(one); });
-    EXPECT_GE(static_cast<std::size_t>(first - sheet.operations().begin()), drawn.page.boxes()[0].after);
+TEST(DrawPage, OutlinesTheBoxFromOutsideBeforeThePlot) {
+  constexpr double kHalfPen = 5;  // twips: a quarter of a point
+  const Drawn drawn(kA4);
+  const PageBox& box = drawn.result.plot;
+  const RecordingCanvas& sheet = drawn.page.sheet();
+  const std::vector<RecordedLine> lines = sheet.linesIn(kBlack);
+  ASSERT_EQ(lines.size(), 4U);
+  double left = 1e9, right = -1e9, top = -1e9, bottom = 1e9, length = 0;
+  for (const RecordedLine& line : lines) {
+    left = std::min({left, line.from.x, line.to.x});
+    right = std::max({right, line.from.x, line.to.x});
+    top = std::max({top, line.from.y, line.to.y});
+    bottom = std::min({bottom, line.from.y, line.to.y});
+    length += std::hypot(line.to.x - line.from.x, line.to.y - line.from.y);
   }
+  EXPECT_NEAR(left, box.left - kHalfPen, kRounding);
+  EXPECT_NEAR(right, box.right + kHalfPen, kRounding);
+  EXPECT_NEAR(top, box.top + kHalfPen, kRounding);
+  EXPECT_NEAR(bottom, box.bottom - kHalfPen, kRounding);
+  EXPECT_NEAR(length, 2 * (box.width() + box.height()) + 8 * kHalfPen, kRounding);
+  const auto first = std::find_if(sheet.operations().begin(), sheet.operations().end(),
+                                  [](const auto& one) { return std::holds_alternative<RecordedLine>(one); });
+  EXPECT_LT(static_cast<std::size_t>(first - sheet.operations().begin()), drawn.page.boxes()[0].after);
 }
 
 TEST(DrawPage, PrintsPairsOnOneLineInTwoColumns) {
@@ -270,7 +280,7 @@ TEST(DrawPage, LeavesASideOfTheMarkersEmpty) {
 
 TEST(DrawPage, PrintsTheNotesSmallAtTheFoot) {
   const Drawn drawn(kA4);
-  const RecordedPageText& last = drawn.texts.back();
+  const test::RecordedPageText& last = drawn.texts.back();
   EXPECT_EQ(last.text, "The plot reaches 1 km beyond.");
   EXPECT_EQ(last.points, 7);
   EXPECT_EQ(last.position.x, drawn.result.plot.left);
@@ -301,7 +311,7 @@ TEST(DrawPage, KeepsEverythingWithinThePrintersMarginsAndOffEachOther) {
         EXPECT_EQ(drawn.result.descriptionCut, words == 20000) << paper.name << paper.width << margins.top;
         const PageBox& plot = drawn.result.plot;
         for (std::size_t i = 0; i < drawn.texts.size(); ++i) {
-          const RecordedPageText& text = drawn.texts[i];
+          const test::RecordedPageText& text = drawn.texts[i];
           SCOPED_TRACE(paper.name + " " + std::to_string(paper.width) + " " + text.text);
           EXPECT_GE(text.position.x, margins.left);
           EXPECT_LE(text.position.x + text.width, paper.width - margins.right);
@@ -309,7 +319,7 @@ TEST(DrawPage, KeepsEverythingWithinThePrintersMarginsAndOffEachOther) {
           EXPECT_GE(text.position.y - text.height, margins.bottom - kRounding);
           EXPECT_TRUE(text.position.y - text.height >= plot.top || text.position.y <= plot.bottom);
           for (std::size_t j = 0; j < i; ++j) {
-            const RecordedPageText& other = drawn.texts[j];
+            const test::RecordedPageText& other = drawn.texts[j];
             const bool apart = other.position.x + other.width <= text.position.x ||
                                text.position.x + text.width <= other.position.x ||
                                other.position.y - other.height >= text.position.y - kRounding ||
@@ -357,12 +367,12 @@ TEST(DrawPage, MovesTheRightColumnWhereEvenASmallFontDoesNotHelp) {
   PageContent content = fullContent();
   content.right->longitude = std::string(60 - std::string("Right Marker Longitude: ").size(), 'x');
   const Drawn drawn(kA4, content);
-  const RecordedPageText& text = drawn.text("Right Marker Longitude");
+  const test::RecordedPageText& text = drawn.text("Right Marker Longitude");
   EXPECT_EQ(text.points, 7);
   EXPECT_NEAR(text.position.x, std::min(drawn.result.plot.right - 3500, 11906 - 360 - 4200.0), kRounding);
   content.left->longitude = std::string(100, 'x');
   const Drawn crowded(kA4, content);
-  const RecordedPageText& left = crowded.text("Left Marker Longitude");
+  const test::RecordedPageText& left = crowded.text("Left Marker Longitude");
   EXPECT_GE(crowded.text("Right Marker Longitude").position.x, left.position.x + left.width + 200);
 }
 
@@ -416,7 +426,7 @@ TEST(DrawPage, WrapsTheDescriptionBetweenTheTextLimits) {
 
 TEST(DrawPage, HasNoLineForADescriptionOfNothingButBlanks) {
   PageContent content = fullContent();
-  for (const std::string blanks : {"", "  ", " \t\r\n"}) {
+  for (const std::string blanks : {"", "  ", " \t\r\n", "\v", "\u00A0", " \u00A0\n\u202F\x7F"}) {
     content.description = blanks;
     for (const std::string& text : Drawn(kA4, content).strings())
       EXPECT_EQ(text.find("Description"), std::string::npos);
@@ -429,6 +439,22 @@ TEST(DrawPage, KeepsTheLineEndsOfTheDescription) {
   const Texts texts = Drawn(kA4, content).strings();
   EXPECT_EQ(texts[4], "Description: First");
   EXPECT_EQ(texts[5], "Second");
+}
+
+TEST(DrawPage, BeginsTheDescriptionOnItsOwnLineWhateverBlanksItBeginsWith) {
+  PageContent content = fullContent();
+  content.description = "\n\u00A0\n First ";
+  EXPECT_EQ(Drawn(kA4, content).strings()[4], "Description: First");
+}
+
+TEST(DrawPage, LeavesNoShortWordOfTheDescriptionAlone) {
+  PageContent content = fullContent();
+  const double room = (kA4.width - 3700 - 1400) / 100;  // characters of 10 points
+  const std::string label = "Description: ";
+  content.description = std::string(static_cast<std::size_t>(room) - label.size() - 6, 'x') + " tower 3";
+  const Texts texts = Drawn(kA4, content).strings();
+  EXPECT_EQ(texts[4].back(), 'x');
+  EXPECT_EQ(texts[5], "tower 3");
 }
 
 TEST(DrawPage, CutsADescriptionThatIsTooLongForThePage) {
@@ -471,17 +497,29 @@ TEST(DrawPage, PrintsAShortDescriptionInASmallerFontRatherThanCutIt) {
   EXPECT_LT(drawn.text("Date").points, Drawn(kA5Landscape).text("Date").points);
 }
 
+TEST(DrawPage, AHostWithAnEndlessNameHasTwoLinesForIt) {
+  PageContent content = fullContent();
+  content.product = longText(5000);
+  content.description.clear();
+  const Drawn drawn(kA4, content);
+  const Texts strings = drawn.strings();
+  EXPECT_EQ(std::count_if(strings.begin(), strings.end(),
+                          [](const std::string& text) { return text.rfind("word", 0) == 0; }),
+            2);
+  EXPECT_GT(drawn.text("Modeled Path Loss").position.y, 0);
+}
+
 // ---- Plot ----
 
 TEST(DrawPage, PrintsNothingMoreAfterAPlotThatFailed) {
-  RecordingPage page(kA4.width, kA4.height);
-  const DrawnPage drawn = drawPage(page, kA4, fullContent(), [](Canvas&, PlotScale&) { return false; });
+  test::RecordingPage page(kA4.width, kA4.height);
+  const DrawnPage drawn = drawPage(page, kA4, fullContent(), [](Canvas&) { return false; });
   EXPECT_FALSE(drawn.drawn);
-  EXPECT_TRUE(page.sheet().lines().empty());
+  EXPECT_EQ(page.sheet().lines().size(), 4U);  // the box
   EXPECT_EQ(page.texts().back().text, "Expanded to show between markers");
 }
 
-// What the two drawings have in common: strokes without markers, and where the labels stand.
+// What the two drawings have in common: strokes without markers, and where the labels stand, in no order.
 struct Strokes {
   std::vector<RecordedLine> lines;
   std::vector<RecordedCircle> circles;
@@ -491,6 +529,25 @@ struct Strokes {
       : lines(canvas.lines()), circles(canvas.circles()) {
     std::erase_if(lines, isMarker);
     for (const RecordedText& text : canvas.texts()) labels.push_back(text.position);
+    std::sort(labels.begin(), labels.end(), [](const CanvasPoint& a, const CanvasPoint& b) {
+      return std::tie(a.x, a.y) < std::tie(b.x, b.y);
+    });
+  }
+
+  void convert(const PlotScale& scale, const PageBox& box) {
+    const auto move = [&](CanvasPoint& point) {
+      const PagePoint there = ConvertPrintCoords(scale, box, point.x, point.y);
+      point = {there.x, there.y};
+    };
+    for (RecordedLine& line : lines) {
+      move(line.from);
+      move(line.to);
+    }
+    for (RecordedCircle& circle : circles) {
+      move(circle.centre);
+      circle.radius *= box.width() / (scale.right - scale.left);
+    }
+    for (CanvasPoint& label : labels) move(label);
   }
 };
 
@@ -502,18 +559,24 @@ TEST(DrawPage, HasThePlotOfTheWindowInTheBox) {
     plot.state.expanded = expanded;
     RecordingCanvas window;
     const PlotScale scale = plot.draw(window, {});
-    RecordingPage page(kA4.width, kA4.height);
-    drawPage(page, kA4, fullContent(), [&plot](Canvas& canvas, PlotScale& drawnScale) {
-      drawnScale = plot.draw(canvas, pageStyle());
+    test::RecordingPage page(kA4.width, kA4.height);
+    const DrawnPage drawn = drawPage(page, kA4, fullContent(), [&plot](Canvas& canvas) {
+      plot.draw(canvas, pageStyle());
       return true;
     });
     const RecordingCanvas& box = *page.boxes().at(0).canvas;
-    EXPECT_EQ(box.state().scale, (CanvasScale{scale.left, scale.top, scale.right, scale.bottom}));
-
-    const Strokes inWindow(window, [](const RecordedLine& line) { return line.mode == DrawMode::kXorPen; });
+    // The box has the page's scale, and every point of the plot comes to it converted.
+    EXPECT_EQ(box.state().scale,
+              (CanvasScale{drawn.plot.left, drawn.plot.top, drawn.plot.right, drawn.plot.bottom}));
+    Strokes inWindow(window, [](const RecordedLine& line) { return line.mode == DrawMode::kXorPen; });
+    inWindow.convert(scale, drawn.plot);
     const Strokes onPage(box, [](const RecordedLine& line) { return line.colour == kMarker; });
     EXPECT_EQ(onPage.lines, inWindow.lines);
-    EXPECT_EQ(onPage.circles, inWindow.circles);
+    ASSERT_EQ(onPage.circles.size(), inWindow.circles.size());
+    for (std::size_t i = 0; i < onPage.circles.size(); ++i) {
+      EXPECT_EQ(onPage.circles[i].centre, inWindow.circles[i].centre);
+      EXPECT_NEAR(onPage.circles[i].radius, inWindow.circles[i].radius, kRounding);
+    }
     EXPECT_EQ(onPage.labels, inWindow.labels);
     EXPECT_GT(onPage.lines.size(), 10U);
     ASSERT_EQ(box.linesIn(kMarker).size(), 2U);

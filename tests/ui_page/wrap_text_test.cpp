@@ -32,6 +32,32 @@ TEST(WrapTextInColumn, GivesNoLineForATextOfNothingButBlanks) {
   EXPECT_EQ(wrapped(" \t \r\n \n", 10), Lines{});
 }
 
+TEST(WrapTextInColumn, GivesNoLineForATextOfNothingButBlanksOfAnyKind) {
+  for (const std::string text :
+       {"\u00A0", "\v", "\x7F", " \u00A0\n\u2007 \u202F", "\u2003\u3000", "\u200B\uFEFF"})
+    EXPECT_EQ(wrapped(text, 10), Lines{}) << text;
+  EXPECT_EQ(wrapped("\xA0", 10), Lines{"\xA0"}) << "a byte that is no character is no blank";
+}
+
+TEST(WrapTextInColumn, EndsNoLineAtANoBreakSpace) {
+  EXPECT_EQ(wrapped("mast 30\u00A0m", 8), (Lines{"mast", "30\u00A0m"}));
+  EXPECT_EQ(wrapped("\u00A0mast\u00A0", 9), (Lines{"mast"}));
+}
+
+// Up to an eighth of the width.
+TEST(WrapTextInColumn, LeavesNoShortWordAloneOnAParagraphsLastLine) {
+  EXPECT_EQ(wrapped("the quick brown 3", 16), (Lines{"the quick", "brown 3"}));
+  EXPECT_EQ(wrapped("the quick brown 33", 16), (Lines{"the quick", "brown 33"}));
+  EXPECT_EQ(wrapped("the quick brown 333", 16), (Lines{"the quick brown", "333"}));
+  EXPECT_EQ(wrapped("the quick brown 3\n4", 16), (Lines{"the quick", "brown 3", "4"}));
+}
+
+TEST(WrapTextInColumn, LeavesAShortWordAloneWhereTheWordBeforeItHasNoRoomOrALineOfItsOwn) {
+  EXPECT_EQ(wrapped("thequickbrownfox 3", 16), (Lines{"thequickbrownfox", "3"}));
+  EXPECT_EQ(wrapped("a tawnybrownfoxx 33", 16), (Lines{"a tawnybrownfoxx", "33"}));
+  EXPECT_EQ(wrapped("thequickbrownfox3", 16), (Lines{"thequickbrownfox", "3"}));
+}
+
 TEST(WrapTextInColumn, LeavesOutBlanksAroundALineAndKeepsThoseWithinIt) {
   EXPECT_EQ(wrapped("   two  blanks   ", 20), (Lines{"two  blanks"}));
   EXPECT_EQ(wrapped("one    two", 4), (Lines{"one", "two"}));
@@ -78,17 +104,17 @@ TEST(WrapTextInColumn, EndsWithBytesThatAreNoUtf8) {
   EXPECT_EQ(wrapped(std::string(500, '\x80'), 1).size(), 1U);
 }
 
-// Seed 20: against the plain rule, word by word.
+// Seed 20: against the plain rule, word by word. The last word is long enough to stand alone.
 TEST(WrapTextInColumn, PutsAsManyWordsOnALineAsFit) {
   std::mt19937 random(20);
   for (int round = 0; round < 200; ++round) {
     Lines words;
     std::string text;
     for (int i = 0; i < 60; ++i) {
-      words.emplace_back(1 + random() % 12, 'w');
+      words.emplace_back((i == 59 ? 12 : 1) + random() % 12, 'w');
       text += (i == 0 ? "" : " ") + words.back();
     }
-    const std::size_t width = 12 + random() % 80;
+    const std::size_t width = 24 + random() % 64;
     Lines expected{words[0]};
     for (std::size_t i = 1; i < words.size(); ++i) {
       if (expected.back().size() + 1 + words[i].size() <= width) {
@@ -115,6 +141,13 @@ TEST(FitTextInColumn, GivesTheEllipsisRoomInPlaceOfWholeWordsOrElseOfCharacters)
   EXPECT_EQ(fitTextInColumn("abcdefgh", 4, 1, characters).lines, (Lines{"abc…"}));
   EXPECT_EQ(fitTextInColumn("äöüß", 2, 1, characters).lines, (Lines{"ä…"}));
   EXPECT_EQ(fitTextInColumn("abcdefgh", 0, 1, characters).lines, (Lines{"…"}));
+}
+
+TEST(FitTextInColumn, HasNoPauseBeforeTheEllipsis) {
+  EXPECT_EQ(fitTextInColumn("One end.\nTwo.", 20, 1, characters).lines, (Lines{"One end…"}));
+  EXPECT_EQ(fitTextInColumn("one, two", 5, 1, characters).lines, (Lines{"one…"}));
+  EXPECT_EQ(fitTextInColumn("... two", 5, 1, characters).lines, (Lines{"…"}));
+  EXPECT_EQ(fitTextInColumn("One end.", 20, 1, characters).lines, (Lines{"One end."}));
 }
 
 TEST(FitTextInColumn, HasNoLineWhereThereIsNoRoomForOne) {

@@ -487,6 +487,22 @@ TEST_F(PlotDrawingTest, ACanvasMayHavePatternsOfItsOwn) {
   EXPECT_EQ(labelTexts()[1], "1.5");
 }
 
+TEST_F(PlotDrawingTest, LabelsMayWaitUntilAllReferenceLinesAreDrawnThoseOfTheRangeFirst) {
+  style.labelsUnderLines = false;
+  PlotDrawing plot = elevationLines(2);
+  plot.rangeLines(2);
+  EXPECT_TRUE(view.labels.empty());
+  canvas.forgetOperations();
+  plot.labels();
+  // Three of the range with the one at the start, three of the heights.
+  ASSERT_EQ(view.labels.size(), 6U);
+  for (std::size_t i = 0; i < view.labels.size(); ++i)
+    EXPECT_EQ(view.labels[i].kind, i < 3 ? PlotLabelKind::kRange : PlotLabelKind::kElevation) << i;
+  EXPECT_EQ(view.labels[0].text, "0");
+  plot.labels();
+  EXPECT_EQ(view.labels.size(), 6U);
+}
+
 TEST_F(PlotDrawingTest, WithNoRangeLinesEvenTheOneAtTheStartIsLeftOut) {
   for (const std::int16_t count : std::initializer_list<std::int16_t>{0, -1, -32768}) {
     begun().rangeLines(count);

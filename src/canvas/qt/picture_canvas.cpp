@@ -6,14 +6,14 @@
 #include <QStringList>
 #include <cmath>
 
+#include "canvas/qt/fonts.h"
+
 namespace zel {
 namespace {
 
 constexpr double kFontPoints = 8;
 // Of 8 point text, where no font can be asked: logical pixels.
 constexpr double kNominalLineHeight = 13;
-
-bool fontsAreThere() { return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr; }
 
 QFont defaultFont() {
   QFont font = fontsAreThere() ? QGuiApplication::font() : QFont();
@@ -85,7 +85,8 @@ double PictureCanvas::textUnits() const {
 
 double PictureCanvas::pixelWidth(std::string_view text) const {
   if (!showsTexts()) return 0;
-  return QFontMetricsF(font(), &textDevice()).horizontalAdvance(shownText(text)) / textUnits();
+  const QString shown = shownText(text);
+  return QFontMetricsF(fontForText(font(), shown), &textDevice()).horizontalAdvance(shown) / textUnits();
 }
 
 double PictureCanvas::pixelHeight() const {
@@ -119,11 +120,11 @@ void PictureCanvas::printAt(QPointF anchor, std::string_view text) {
     textRectangles_.push_back({std::string(text), state_.textPosition, QRectF(anchor, QSizeF(0, 0))});
     return;
   }
-  QFont textFont = font();
+  const QString shown = shownText(text);
+  QFont textFont = fontForText(font(), shown);
   // Coloured fringes would not survive a copy of the picture to another screen.
   textFont.setStyleStrategy(
       static_cast<QFont::StyleStrategy>(textFont.styleStrategy() | QFont::NoSubpixelAntialias));
-  const QString shown = shownText(text);
   const QFontMetricsF metrics(textFont, &textDevice());
   const double units = textUnits();
   const double width = metrics.horizontalAdvance(shown);
@@ -131,12 +132,12 @@ void PictureCanvas::printAt(QPointF anchor, std::string_view text) {
   const QRectF measured = QRectF(0, 0, width, metrics.height())
                               .united(metrics.boundingRect(shown).translated(0, metrics.ascent()));
   const QRectF cell(measured.topLeft() / units, measured.size() / units);
-  const QPointF place =
-      textsStay_
-          ? anchor
-          : textPlace({size_, pixelRatio_, anchor, cell, metrics.horizontalAdvance(QLatin1Char(' ')) / units,
-                       metrics.lineSpacing() / units},
-                      textRectangles_);
+  const QPointF place = textsStay_
+                            ? anchor
+                            : textPlace({size_, pixelRatio_, anchor, cell,
+                                         textGap_ * metrics.horizontalAdvance(QLatin1Char(' ')) / units,
+                                         metrics.lineSpacing() / units},
+                                        textRectangles_);
   drawText(place + QPointF(0, metrics.ascent() / units), shown, width / units, textFont);
   textRectangles_.push_back({std::string(text), state_.textPosition, cell.translated(place)});
 }

@@ -83,6 +83,8 @@ class PictureCanvas : public Canvas {
   void startPicture(QSizeF size, double pixelRatio);
   // From now on texts stay where they are asked for, to the device pixel, even over each other.
   void keepTextsInPlace() { textsStay_ = true; }
+  // Of texts beside each other, at least so many blanks; one at first.
+  void setTextGap(double blanks) { textGap_ = blanks; }
   const CanvasState& state() const { return state_; }
 
   // Halves go up everywhere, so that what is moved by whole pixels looks the same.
@@ -116,6 +118,7 @@ class PictureCanvas : public Canvas {
   QSizeF size_{0, 0};
   double pixelRatio_ = 1;
   bool textsStay_ = false;
+  double textGap_ = 1;  // blanks
   CanvasState state_;
   std::optional<QFont> font_;
   std::vector<TextRectangle> textRectangles_;

@@ -4,11 +4,11 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "platform/paper.h"
+
 namespace zel {
 namespace {
 
-constexpr double kTwipsPerInch = 1440;
-constexpr double kTwipsPerPoint = 20;
 constexpr double kTwipsPerPixel = kTwipsPerInch / PictureCanvas::kPixelsPerInch;
 constexpr double kSheetPoints = 10;
 constexpr double kBoxPoints = 8;

@@ -98,10 +98,9 @@ class SvgWriter {
   void operator()(const VectorInset& inset) {
     const QRectF& place = inset.rectangle;
     if (place.isEmpty()) return;
-    const std::string size =
-        "width=\"" + number(place.width()) + "\" height=\"" + number(place.height()) + "\"";
-    out_ += "<svg x=\"" + number(place.left()) + "\" y=\"" + number(place.top()) + "\" " + size +
-            ">\n<rect " + size + " fill=\"#ffffff\"/>\n" + svgStrokes(*inset.picture, font_) + "</svg>\n";
+    out_ += "<svg x=\"" + number(place.left()) + "\" y=\"" + number(place.top()) + "\" width=\"" +
+            number(place.width()) + "\" height=\"" + number(place.height()) + "\">\n" +
+            svgStrokes(*inset.picture, font_) + "</svg>\n";
   }
 
   std::string take() { return std::move(out_); }

@@ -21,6 +21,8 @@ constexpr int kTextParts = 15;
 // Painted lines go through whole numbers of this part of a logical pixel, 1/5760 inch, which no eye tells
 // from their places: a PDF is half as large.
 constexpr int kLineParts = 60;
+// Two numbers beside each other are not read as one.
+constexpr double kBlanksBetweenTexts = 3;
 constexpr double kTextSeam = 1.6;  // logical pixels around the letters
 
 QColor colourOf(Colour colour) { return {colour & 0xFF, colour >> 8 & 0xFF, colour >> 16 & 0xFF}; }
@@ -124,7 +126,7 @@ class StrokePainter {
                         {Qt::white, 2 * kTextSeam * kTextParts, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin});
     painter_.restore();
   }
-  void operator()(const VectorInset& inset) { inset.picture->paint(painter_, inset.rectangle); }
+  void operator()(const VectorInset& inset) { inset.picture->paintOver(painter_, inset.rectangle); }
 
  private:
   QPen penOf(Colour colour, int width) const {
@@ -147,8 +149,12 @@ double devicePixel(const QPainter& painter) {
 VectorCanvas::VectorCanvas(QSize size) : VectorCanvas(size, false) {}
 
 VectorCanvas::VectorCanvas(QSizeF size, PaperTexts texts) : VectorCanvas(size, true) {
-  textsOnTop_ = texts == PaperTexts::kApart;
-  if (!textsOnTop_) keepTextsInPlace();
+  seams_ = texts == PaperTexts::kApart;
+  if (seams_) {
+    setTextGap(kBlanksBetweenTexts);
+  } else {
+    keepTextsInPlace();
+  }
 }
 
 VectorCanvas::VectorCanvas(QSizeF size, bool onPaper)
@@ -161,25 +167,26 @@ VectorCanvas::VectorCanvas(QSizeF size, bool onPaper)
 }
 
 void VectorCanvas::paint(QPainter& painter, const QRectF& rectangle) const {
+  if (exactSize().isEmpty() || rectangle.isEmpty()) return;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.fillRect(rectangle, Qt::white);
+  painter.restore();
+  paintOver(painter, rectangle);
+}
+
+void VectorCanvas::paintOver(QPainter& painter, const QRectF& rectangle) const {
   const QSizeF size = exactSize();
   if (size.isEmpty() || rectangle.isEmpty()) return;
   painter.save();
   painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
   painter.setClipRect(rectangle, Qt::IntersectClip);
-  painter.fillRect(rectangle, Qt::white);
   painter.translate(rectangle.topLeft());
   painter.scale(rectangle.width() / size.width(), rectangle.height() / size.height());
   StrokePainter strokePainter(painter, pen(), devicePixel(painter));
-  const auto paintStroke = [&strokePainter](const VectorStroke& stroke) {
-    std::visit([&strokePainter](const auto& value) { strokePainter(value); }, stroke);
-  };
-  for (const VectorStroke& stroke : strokes_)
-    if (!textsOnTop_ || !std::holds_alternative<VectorText>(stroke)) paintStroke(stroke);
   for (const VectorStroke& stroke : strokes_) {
-    const auto* text = textsOnTop_ ? std::get_if<VectorText>(&stroke) : nullptr;
-    if (text == nullptr) continue;
-    strokePainter.seam(*text);
-    paintStroke(stroke);
+    if (const auto* text = seams_ ? std::get_if<VectorText>(&stroke) : nullptr) strokePainter.seam(*text);
+    std::visit([&strokePainter](const auto& value) { strokePainter(value); }, stroke);
   }
   painter.restore();
 }

@@ -71,8 +71,8 @@ struct VectorInset {
 using VectorStroke = std::variant<VectorLines, VectorCircle, VectorRectangles, VectorText, VectorInset>;
 
 enum class PaperTexts {
-  // As a picture's texts: whole within it and off one another. All of them lie over the strokes and have a
-  // white seam, so that a stroke that runs through one leaves it readable.
+  // As a picture's texts: whole within it and off one another. Each has a white seam, so that what was drawn
+  // before it leaves it readable.
   kApart,
   kInPlace,  // where they are asked for
 };
@@ -99,6 +99,8 @@ class VectorCanvas final : public PictureCanvas {
   // inch. The painter is left as it was.
   // No stroke is thinner than a pixel of the painter's device.
   void paint(QPainter& painter, const QRectF& rectangle) const;
+  // The same over what is there: nothing is made white first.
+  void paintOver(QPainter& painter, const QRectF& rectangle) const;
 
   // A picture of paper in this rectangle of world coordinates. It may be drawn on at any time, and is over
   // what was drawn here before it and under what comes later. An empty one where the rectangle is no place.
@@ -120,8 +122,8 @@ class VectorCanvas final : public PictureCanvas {
   Colour penColour(Colour colour) const;
 
   bool onPaper_;
-  bool textsOnTop_ = false;
-  QImage textDevice_;  // has the resolution
+  bool seams_ = false;  // around texts
+  QImage textDevice_;   // has the resolution
   std::vector<VectorStroke> strokes_;
 };
 

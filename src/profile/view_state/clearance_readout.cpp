@@ -9,8 +9,6 @@
 namespace zel {
 namespace {
 
-constexpr std::size_t kWidestLine = 70;  // characters: what 400 pixels hold at 8 pt
-
 // After a failed sampling the arrays are those of an older path.
 bool terrainStands(const ProfileViewState& state) {
   const PathGeometry& path = state.path;
@@ -155,7 +153,7 @@ std::optional<PointerClearance> clearanceUnder(const ProfileViewState& state, do
 }
 
 std::string pathClearanceText(const ProfileViewState& state, const PathClearance& clearance,
-                              const NumberStyle& numbers) {
+                              const NumberStyle& numbers, std::size_t widestLine) {
   if (!clearance.status) return {};
   const Wording say(state, numbers);
   if (!clearance.worst) return "Clearance unknown: " + reasonFor(state, clearance, say);
@@ -172,7 +170,7 @@ std::string pathClearanceText(const ProfileViewState& state, const PathClearance
   std::string line;
   for (const std::string& amount : std::array<std::string, 3>{"clearance " + metres, metres, {}}) {
     line = begin + amount + say.zone(worst.fraction) + end;
-    if (line.size() <= kWidestLine) break;
+    if (line.size() <= widestLine) break;
   }
   return line;
 }

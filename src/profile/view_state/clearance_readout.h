@@ -15,6 +15,7 @@
 // Nothing is thrown; what makes no profile comes back as a status.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -47,13 +48,16 @@ struct PointerClearance {
 // ground, and without terrain or a line of sight.
 std::optional<PointerClearance> clearanceUnder(const ProfileViewState& state, double x);
 
+// Characters: what the 400 pixels of the window's row hold at 8 pt.
+inline constexpr std::size_t kClearanceRow = 70;
+
 // One line each, in the state's display units.
 //
 // "Worst 12.34 km: clearance 35.2 m, 120 % of zone 1: clear (k 1.33)". Where a k was typed that the rise does
-// not have yet: "(k 1.33, not yet 1.2)". Long lines leave out the word, then the metres. Empty without
-// terrain.
+// not have yet: "(k 1.33, not yet 1.2)". Lines that would be wider than the widest leave out the word, then
+// the metres, and nothing else. Empty without terrain.
 std::string pathClearanceText(const ProfileViewState& state, const PathClearance& clearance,
-                              const NumberStyle& numbers = {});
+                              const NumberStyle& numbers = {}, std::size_t widestLine = kClearanceRow);
 // "Pointer 3.21 km: clearance 12.0 m, 45 % of zone 1"; "Pointer 3.21 km: no ground" beside a void. Empty
 // where there is nothing to tell.
 std::string pointerClearanceText(const ProfileViewState& state, double x, const NumberStyle& numbers = {});

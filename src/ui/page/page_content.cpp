@@ -1,5 +1,6 @@
 #include "ui/page/page_content.h"
 
+#include "foundation/number_text.h"
 #include "foundation/text.h"
 #include "profile/view_state/profile_readouts.h"
 #include "ui/page/page_notes.h"
@@ -53,7 +54,7 @@ void addMarkerRows(std::vector<PageRow>& rows, const PageContent& content) {
 }  // namespace
 
 PageContent pageContent(const ProfileViewState& state, const ShownText& shown, const PageOrigin& origin,
-                        const std::string& description, const NumberStyle& numbers) {
+                        const std::string& description) {
   const auto box = [&shown](std::string_view control) { return std::string(trimmed(shown(control))); };
   PageContent content;
   content.date = dateText(origin.now);
@@ -73,12 +74,12 @@ PageContent pageContent(const ProfileViewState& state, const ShownText& shown, c
   content.averageHeight = shown(readout::kAverage);
   content.minimumHeight = shown(readout::kMinimum);
   content.maximumHeight = shown(readout::kMaximum);
-  content.k = formatNumber(state.inputs.k, "0.000", numbers);
-  content.fresnel = generalNumber(state.inputs.fresnelFraction * 100, numbers);
+  content.k = formatNumber(state.inputs.k, "0.000");
+  content.fresnel = generalNumber(state.inputs.fresnelFraction * 100);
   content.frequency = box("tbxFreq");
   content.freeSpaceLoss = shown(readout::kFreeSpaceLoss);
   content.modeledLoss = shown(readout::kModeledLoss);
-  content.notes = pageNotes(state, shown(readout::kModeledLoss), origin.datum, numbers);
+  content.notes = pageNotes(state, shown(readout::kModeledLoss), origin.datum);
   return content;
 }
 

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/number_text.h"
 #include "platform/process_services.h"
 #include "profile/view_state/profile_view_state.h"
 
@@ -52,7 +51,7 @@ struct PageOrigin {
 
 // Of a view that is up to date, whose texts are given by `shown`.
 PageContent pageContent(const ProfileViewState& state, const ShownText& shown, const PageOrigin& origin,
-                        const std::string& description, const NumberStyle& numbers = {});
+                        const std::string& description);
 
 // The centred lines above the plot, without the description.
 std::vector<std::string> pageHeader(const PageContent& content);

@@ -10,6 +10,7 @@
 
 #include "foundation/rounding.h"
 #include "foundation/runtime_error.h"
+#include "ui/page/plot_on_page.h"
 #include "ui/page/wrap_text.h"
 
 namespace zel {
@@ -25,6 +26,9 @@ constexpr double kLeastMargin = 360;        // on every side, whatever the print
 constexpr double kLargestMargin = 0.25;     // of the paper
 constexpr double kRightColumnWidth = 3500;  // from the right end of the plot's box
 constexpr double kColumnGap = 240;
+constexpr double kHalfOutline = 5;  // a quarter of a point
+
+constexpr double kMostIndent = 1.2;  // of the left column, to the plot's place
 
 constexpr double kLargestFont = 10;           // points
 constexpr double kNarrowestFont = 7;          // points; where the columns want room
@@ -33,6 +37,7 @@ constexpr double kFontStep = 0.5;             // points
 constexpr double kNotesFont = 7;              // points, or the other texts' when that is smaller
 constexpr std::size_t kLeastNotes = 2;        // lines
 constexpr std::size_t kShortDescription = 4;  // lines
+constexpr std::size_t kLongestHeader = 2;     // lines of each text
 
 // Gaps in lines of text.
 constexpr double kAbovePlot = 0.6;
@@ -60,11 +65,6 @@ std::int16_t shortTwips(double twips) {
   return toInt16(std::min(twips, double{std::numeric_limits<std::int16_t>::max()}));
 }
 
-// A description of nothing but blanks is none.
-std::string withoutBlanks(const std::string& text) {
-  return text.find_first_not_of(" \t\r\n") == std::string::npos ? std::string() : text;
-}
-
 // ---- The page before it is drawn ----
 
 class PageLayout {
@@ -76,11 +76,11 @@ class PageLayout {
         area_(printableArea(paper, kFirstLine, kLastLine)),
         headerLines_(pageHeader(content)),
         rows_(pageRows(content)),
-        description_(withoutBlanks(content.description)) {
+        description_(withoutBlankEnds(content.description)) {
     for (const std::string& note : content.notes) notes_ += note + '\n';
     plot_.left = shortTwips(paper.width * 0.1);
     plot_.right = plot_.left + shortTwips(paper.width * 0.8);
-    leftText_ = std::clamp(kLeftText, plot_.left, plot_.left * 1.2);
+    leftText_ = std::min(kLeftText, plot_.left * kMostIndent);
     chooseFont();
     placeColumns();
     wrapDescription();
@@ -93,64 +93,65 @@ class PageLayout {
   bool descriptionCut() const { return descriptionCut_; }
 
   void printHeader() {
-    use(points_);
     double y = area_.top;
     for (const std::string& line : header_) {
-      printAt((paper_.width - sheet_.textWidth(line)) / 2, y, line);
+      printAt((paper_.width - sheetWith(points_).textWidth(line)) / 2, y, line, points_);
       y -= line_;
     }
   }
 
   void printRows() {
-    use(points_);
     double y = rowsTop();
     for (const PageRow& row : rows_) {
-      if (!row.left.empty()) printAt(leftText_, y, row.left);
-      if (!row.right.empty()) printAt(rightColumn_, y, row.right);
+      if (!row.left.empty()) printAt(leftText_, y, row.left, points_);
+      if (!row.right.empty()) printAt(rightColumn_, y, row.right, points_);
       y -= line_;
     }
   }
 
   void printNotes() {
     if (noteLines_.empty()) return;
-    use(notesPoints());
     double y = area_.bottom + static_cast<double>(noteLines_.size()) * notesLine_;
     sheet_.line(plot_.left, y + notesLine_ / 2, plot_.right, y + notesLine_ / 2, kRule);
     for (const std::string& line : noteLines_) {
-      printAt(plot_.left, y, line);
+      printAt(plot_.left, y, line, notesPoints());
       y -= notesLine_;
     }
   }
 
  private:
-  TextWidth widthOf() const {
-    return [this](std::string_view text) { return sheet_.textWidth(text); };
+  // The sheet, with texts of this size. Whatever measures or prints names its own.
+  Canvas& sheetWith(double points) {
+    if (points != sheetPoints_) page_.setFontSize(points);
+    sheetPoints_ = points;
+    return sheet_;
+  }
+  TextWidth widthWith(double points) {
+    return [this, points](std::string_view text) { return sheetWith(points).textWidth(text); };
   }
   double notesPoints() const { return std::min(points_, kNotesFont); }
-  void use(double points) { page_.setFontSize(points); }
-  void printAt(double x, double y, const std::string& text) {
-    sheet_.setTextPosition(x, y);
+  void printAt(double x, double y, const std::string& text, double points) {
+    sheetWith(points).setTextPosition(x, y);
     sheet_.print(text);
   }
 
-  // Sets the font with what follows from it.
+  // Sets the size of the texts with what follows from it.
   void measure(double points) {
     points_ = points;
-    use(notesPoints());
-    notesLine_ = sheet_.textHeight();
-    use(points);
-    line_ = sheet_.textHeight();
+    notesLine_ = sheetWith(notesPoints()).textHeight();
+    line_ = sheetWith(points).textHeight();
+    const TextWidth widthOf = widthWith(points);
     widestHeader_ = widestLeft_ = widestRight_ = 0;
     header_.clear();
     for (const std::string& line : headerLines_) {
-      widestHeader_ = std::max(widestHeader_, sheet_.textWidth(line));
-      for (std::string& part : WrapTextInColumn(line, area_.width(), widthOf()))
+      widestHeader_ = std::max(widestHeader_, widthOf(line));
+      for (std::string& part : fitTextInColumn(line, area_.width(), kLongestHeader, widthOf).lines)
         header_.push_back(std::move(part));
     }
     pageLines_ = header_.size();
     for (const PageRow& row : rows_) {
-      widestLeft_ = std::max(widestLeft_, sheet_.textWidth(row.left));
-      widestRight_ = std::max(widestRight_, sheet_.textWidth(row.right));
+      widestLeft_ = std::max(widestLeft_, widthOf(row.left));
+      widestRight_ = std::max(widestRight_, widthOf(row.right));
     }
   }
 
@@ -171,7 +172,7 @@ class PageLayout {
   }
 
   // A short description is whole whatever font it takes; the length of others does not make it smaller.
-  bool isHighEnough() const {
+  bool isHighEnough() {
     return room(pageLines_ + wrappedDescription(kShortDescription).lines.size()) >= leastNotesHeight();
   }
 
@@ -202,9 +203,9 @@ class PageLayout {
     return std::max(paper_.width - kRightTextLimit - kLeftText, paper_.width / 2);
   }
 
-  FittedText wrappedDescription(std::size_t mostLines) const {
+  FittedText wrappedDescription(std::size_t mostLines) {
     if (description_.empty()) return {};
-    return fitTextInColumn("Description: " + description_, descriptionWidth(), mostLines, widthOf());
+    return fitTextInColumn("Description: " + description_, descriptionWidth(), mostLines, widthWith(points_));
   }
 
   void wrapDescription() {
@@ -215,9 +216,8 @@ class PageLayout {
   }
 
   void wrapNotes() {
-    use(notesPoints());
     const std::size_t lines = wholeLines(room(header_.size()), notesLine_);
-    noteLines_ = fitTextInColumn(notes_, plot_.width(), lines, widthOf()).lines;
+    noteLines_ = fitTextInColumn(notes_, plot_.width(), lines, widthWith(notesPoints())).lines;
   }
 
   double notesHeight() const { return static_cast<double>(noteLines_.size()) * notesLine_; }
@@ -253,7 +253,8 @@ class PageLayout {
   std::vector<std::string> noteLines_;
   bool descriptionCut_ = false;
 
-  double points_ = 0;
+  double sheetPoints_ = 0;  // as the sheet was last told
+  double points_ = 0;       // of all texts but the notes
   double line_ = 0;
   double notesLine_ = 0;
   double leftText_ = 0;
@@ -263,24 +264,19 @@ class PageLayout {
   double widestRight_ = 0;
 };
 
-// Along the borders of the plot's scale; one without a span has borders all the same.
-void drawOutline(Canvas& sheet, PlotScale scale, const PageBox& box) {
-  if (scale.right == scale.left) scale.right = scale.left + 1;
-  if (scale.top == scale.bottom) scale.top = scale.bottom + 1;
-  const PagePoint first = ConvertPrintCoords(scale, box, scale.left, scale.top);
-  const PagePoint last = ConvertPrintCoords(scale, box, scale.right, scale.bottom);
-  sheet.line(first.x, first.y, last.x, first.y, kBlack);
-  sheet.line(last.x, first.y, last.x, last.y, kBlack);
-  sheet.line(last.x, last.y, first.x, last.y, kBlack);
-  sheet.line(first.x, last.y, first.x, first.y, kBlack);
+// Around the box and outside of it, so that what the plot has on its border is seen.
+void drawOutline(Canvas& sheet, const PageBox& plot) {
+  const double left = plot.left - kHalfOutline;
+  const double right = plot.right + kHalfOutline;
+  const double top = plot.top + kHalfOutline;
+  const double bottom = plot.bottom - kHalfOutline;
+  sheet.line(left, top, right, top, kBlack);
+  sheet.line(right, top, right, bottom, kBlack);
+  sheet.line(right, bottom, left, bottom, kBlack);
+  sheet.line(left, bottom, left, top, kBlack);
 }
 
 }  // namespace
-
-PagePoint ConvertPrintCoords(const PlotScale& scale, const PageBox& box, double x, double y) {
-  return {box.left + (x - scale.left) / (scale.right - scale.left) * box.width(),
-          box.bottom + (y - scale.bottom) / (scale.top - scale.bottom) * box.height()};
-}
 
 DrawnPage drawPage(Page& page, const PaperFormat& paper, const PageContent& content,
                    const DrawPlotOnPage& drawPlot) {
@@ -293,10 +289,9 @@ DrawnPage drawPage(Page& page, const PaperFormat& paper, const PageContent& cont
   drawn.descriptionCut = layout.descriptionCut();
 
   layout.printHeader();
-  PlotScale scale;
-  Canvas& box = page.box(drawn.plot.left, drawn.plot.top, drawn.plot.right, drawn.plot.bottom);
-  if (!drawPlot(box, scale)) return drawn;
-  drawOutline(sheet, scale, drawn.plot);
+  drawOutline(sheet, drawn.plot);
+  PlotOnPage plot(page.box(drawn.plot.left, drawn.plot.top, drawn.plot.right, drawn.plot.bottom), drawn.plot);
+  if (!drawPlot(plot)) return drawn;
   layout.printRows();
   layout.printNotes();
   drawn.drawn = true;

@@ -11,26 +11,11 @@
 #include <functional>
 
 #include "canvas/page.h"
-#include "platform/print_service.h"
+#include "platform/paper.h"
+#include "ui/page/page_box.h"
 #include "ui/page/page_content.h"
-#include "ui/plot/plot_view.h"
 
 namespace zel {
-
-// Twips on the page; top lies above bottom.
-struct PageBox {
-  double left = 0, top = 0, right = 0, bottom = 0;
-
-  double width() const { return right - left; }
-  double height() const { return top - bottom; }
-};
-
-struct PagePoint {
-  double x = 0, y = 0;  // twips
-};
-
-// Where a point of the plot (km, metres) lies on the page, when the plot with this scale fills the box.
-PagePoint ConvertPrintCoords(const PlotScale& scale, const PageBox& box, double x, double y);
 
 // What came of it.
 struct DrawnPage {
@@ -39,8 +24,8 @@ struct DrawnPage {
   PageBox plot;
 };
 
-// Draws the plot into the canvas of its box; false when it failed. It tells the scale that it has drawn with.
-using DrawPlotOnPage = std::function<bool(Canvas& box, PlotScale& scale)>;
+// Draws the plot, in its own world coordinates, on a canvas that is the box; false when it failed.
+using DrawPlotOnPage = std::function<bool(Canvas& box)>;
 
 // All of it, in the order from the top of the page. `paper` is the page's own.
 DrawnPage drawPage(Page& page, const PaperFormat& paper, const PageContent& content,

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
+#include <utility>
 
+#include "foundation/number_text.h"
 #include "models/longrice/radio_climate.h"
 #include "profile/path_loss/modeled_loss.h"
 #include "profile/view_state/clearance_readout.h"
@@ -13,14 +16,16 @@ namespace {
 
 constexpr std::size_t kMostFiles = 6;
 constexpr std::size_t kMostWarnings = 3;
+constexpr std::size_t kAnyWidth =
+    std::numeric_limits<std::size_t>::max();  // a note has as many lines as it takes
 
 class Notes {
  public:
-  Notes(const ProfileViewState& state, const NumberStyle& numbers) : state_(state), numbers_(numbers) {}
+  explicit Notes(const ProfileViewState& state) : state_(state) {}
 
   std::string units(const std::string& datum) const {
     const DisplayUnits& units = state_.inputs.units;
-    std::string text = "Heights in " + units.height.abbreviation +
+    std::string text = "Heights, also those without a unit, in " + units.height.abbreviation +
                        " above mean sea level (AMSL) or above ground (AGL), distances in " +
                        units.distance.abbreviation + ".";
     if (!datum.empty()) text += " Positions in " + datum + ".";
@@ -66,23 +71,25 @@ class Notes {
   }
 
   std::string clearance() const {
-    const std::string text = pathClearanceText(state_, pathClearance(state_), numbers_);
+    const std::string text = pathClearanceText(state_, pathClearance(state_), {}, kAnyWidth);
     return text.empty() ? text : "Clearance of the first Fresnel zone in exact geometry: " + text + ".";
   }
 
   std::string plot() const {
     if (state_.expanded)
-      return "The plot shows the stretch between the markers; its distances count from the start.";
+      return "The plot shows the stretch between the markers, its distances count from the start; all values "
+             "are "
+             "of the whole path.";
     return "The plot reaches " + distance(state_.path.extension * state_.path.spacing) +
            " beyond each station; its distances count from the start.";
   }
 
  private:
-  std::string number(double value) const { return generalNumber(value, numbers_); }
+  static std::string number(double value) { return generalNumber(value); }
 
   std::string distance(double km) const {
     const DisplayUnit& unit = state_.inputs.units.distance;
-    return formatNumber(km * unit.factor, "0.0###", numbers_) + " " + unit.abbreviation;
+    return formatNumber(km * unit.factor, "0.0###") + " " + unit.abbreviation;
   }
 
   static std::string counted(std::size_t count, const std::string& what) {
@@ -103,7 +110,7 @@ class Notes {
     const std::int32_t count = state_.samplingReport.voids;
     if (count <= 0) return {};
     return " " + counted(static_cast<std::size_t>(count), "sample") +
-           " without a height, drawn in red at sea level.";
+           " without a height, drawn in red at sea level and counted as 0 in the statistics.";
   }
 
   std::string operation(const DatumOperation& operation) const {
@@ -122,14 +129,13 @@ class Notes {
   }
 
   const ProfileViewState& state_;
-  const NumberStyle& numbers_;
 };
 
 }  // namespace
 
 std::vector<std::string> pageNotes(const ProfileViewState& state, const std::string& modeledLoss,
-                                   const std::string& datum, const NumberStyle& numbers) {
-  const Notes notes(state, numbers);
+                                   const std::string& datum) {
+  const Notes notes(state);
   std::vector<std::string> all{notes.units(datum), notes.terrain()};
   for (std::string& warning : notes.warnings()) all.push_back(std::move(warning));
   for (const std::string& note : {notes.clearance(), notes.model(modeledLoss), notes.plot()})

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "foundation/number_text.h"
 #include "profile/view_state/profile_view_state.h"
 
 namespace zel {
@@ -13,6 +12,6 @@ namespace zel {
 // One paragraph each. `modeledLoss` is the text that the page has for it, `datum` that of the stations;
 // empty: not told.
 std::vector<std::string> pageNotes(const ProfileViewState& state, const std::string& modeledLoss,
-                                   const std::string& datum, const NumberStyle& numbers = {});
+                                   const std::string& datum);
 
 }  // namespace zel

@@ -1,18 +1,41 @@
 #include "ui/page/wrap_text.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <optional>
+
+#include "foundation/utf8.h"
 
 namespace zel {
 namespace {
 
 constexpr std::string_view kEllipsis = "\u2026";
-constexpr std::size_t kFirstProbe = 32;  // bytes
+constexpr std::string_view kPauses = " .,;:";  // what an ellipsis does not follow
+constexpr std::size_t kFirstProbe = 32;        // bytes
+constexpr std::size_t kLongestOrphan = 32;     // bytes
+constexpr double kWidestOrphan = 0.125;        // of the width
+
+// Besides those of one byte. The last three have no width.
+constexpr std::string_view kWideBlanks[] = {
+    "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007",
+    "\u2008", "\u2009", "\u200A", "\u202F", "\u205F", "\u3000", "\u200B", "\u2060", "\uFEFF"};
+
+// Ends of lines and paragraphs, and what turns the direction of a line.
+constexpr std::string_view kTurns[] = {"\u2028", "\u2029", "\u202A", "\u202B", "\u202C", "\u202D",
+                                       "\u202E", "\u2066", "\u2067", "\u2068", "\u2069"};
+
+bool isLineEnd(char byte) { return byte == '\n' || byte == '\r'; }
+
+// Of a character.
+bool isBlankOrLineEnd(std::string_view character) {
+  if (isPrintedAsBlank(character) || (character.size() == 1 && isLineEnd(character[0]))) return true;
+  return std::find(std::begin(kWideBlanks), std::end(kWideBlanks), character) != std::end(kWideBlanks);
+}
 
 // Whether a character begins at the position, or the text ends.
 bool isBoundary(std::string_view text, std::size_t position) {
-  return position >= text.size() || (static_cast<unsigned char>(text[position]) & 0xC0U) != 0x80U;
+  return position >= text.size() || beginsCharacter(text[position]);
 }
 
 std::size_t boundaryFrom(std::string_view text, std::size_t position) {
@@ -29,16 +52,18 @@ std::size_t boundaryBefore(std::string_view text, std::size_t position) {
 std::string withPlainBlanks(std::string_view text) {
   std::string plain;
   plain.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    const bool pair = byte == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
-    if (pair) continue;
-    if (byte == '\r' || byte == '\n') {
-      plain += '\n';
+  bool pair = false;
+  forEachCharacter(text, [&](std::string_view character) {
+    if (pair && character != "\n") plain += '\n';  // a CR alone
+    pair = character == "\r";
+    if (pair) return;
+    if (isPrintedAsBlank(character)) {
+      plain += ' ';
     } else {
-      plain += byte < 0x20 || byte == 0x7F ? ' ' : text[i];
+      plain += character;
     }
-  }
+  });
+  if (pair) plain += '\n';
   return plain;
 }
 
@@ -52,7 +77,7 @@ std::string_view without(std::string_view characters, std::string_view text) {
 class LineBreaker {
  public:
   LineBreaker(std::string_view text, double width, const TextWidth& widthOf)
-      : text_(withPlainBlanks(text)), rest_(without(" \n", text_)), width_(width), widthOf_(widthOf) {
+      : text_(withPlainBlanks(text)), rest_(withoutBlankEnds(text_)), width_(width), widthOf_(widthOf) {
     more_ = !rest_.empty();
     if (more_) takeParagraph();
   }
@@ -84,9 +109,23 @@ class LineBreaker {
 
   std::size_t lineLength() const {
     const std::size_t longest = fittingLength();
-    if (longest == paragraph_.size() || paragraph_[longest] == ' ') return longest;
+    if (longest == paragraph_.size()) return longest;
+    if (paragraph_[longest] == ' ') return leavingNoOrphan(longest);
     const std::size_t blank = paragraph_.rfind(' ', longest);
-    return blank == std::string_view::npos ? longest : blank;
+    return blank == std::string_view::npos ? longest : leavingNoOrphan(blank);
+  }
+
+  // Shorter by a word where the paragraph would end in a short one alone.
+  std::size_t leavingNoOrphan(std::size_t length) const {
+    if (!isOrphan(without(" ", paragraph_.substr(length)))) return length;
+    const std::size_t blank = without(" ", paragraph_.substr(0, length)).rfind(' ');
+    const bool moves = blank != std::string_view::npos && widthOf_(paragraph_.substr(blank + 1)) <= width_;
+    return moves ? blank : length;
+  }
+
+  bool isOrphan(std::string_view lastLine) const {
+    return lastLine.size() <= kLongestOrphan && lastLine.find(' ') == std::string_view::npos &&
+           widthOf_(lastLine) <= width_ * kWidestOrphan;
   }
 
   // The longest beginning of the paragraph that is not too wide, but one character at least.
@@ -121,10 +160,36 @@ std::string withEllipsis(std::string line, double width, const TextWidth& widthO
     const std::size_t blank = line.find_last_of(' ');
     line.resize(blank == std::string::npos ? boundaryBefore(line, line.size() - 1) : blank);
   }
-  return std::string(without(" ", line)) + std::string(kEllipsis);
+  line.resize(line.find_last_not_of(kPauses) + 1);
+  return line + std::string(kEllipsis);
 }
 
 }  // namespace
+
+bool isPrintedAsBlank(std::string_view character) {
+  if (character.size() == 1) {
+    const auto code = static_cast<unsigned char>(character[0]);
+    return (code <= ' ' && !isLineEnd(character[0])) || code == 0x7F;
+  }
+  // U+0080 to U+009F.
+  if (character.size() == 2 && character[0] == '\xC2' && static_cast<unsigned char>(character[1]) < 0xA0)
+    return true;
+  return std::find(std::begin(kTurns), std::end(kTurns), character) != std::end(kTurns);
+}
+
+std::string_view withoutBlankEnds(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t length = boundaryFrom(text, 1);
+    if (!isBlankOrLineEnd(text.substr(0, length))) break;
+    text.remove_prefix(length);
+  }
+  while (!text.empty()) {
+    const std::size_t last = boundaryBefore(text, text.size() - 1);
+    if (!isBlankOrLineEnd(text.substr(last))) break;
+    text.remove_suffix(text.size() - last);
+  }
+  return text;
+}
 
 std::vector<std::string> WrapTextInColumn(std::string_view text, double width, const TextWidth& widthOf) {
   return fitTextInColumn(text, width, std::numeric_limits<std::size_t>::max(), widthOf).lines;

@@ -272,10 +272,27 @@ void PlotDrawing::verticalLine(double x, Colour colour) {
   canvas_.line(x, view_.scale.bottom, x, view_.scale.top, colour);
 }
 
-void PlotDrawing::label(PlotLabelKind kind, double x, double y, const std::string& text) {
-  canvas_.setTextPosition(x, y);
-  canvas_.print(text);
-  view_.labels.push_back({kind, text, x, y});
+void PlotDrawing::label(PlotLabelKind kind, double x, double y, std::string text) {
+  PlotLabel label{kind, std::move(text), x, y};
+  if (style_.labelsUnderLines)
+    printLabel(label);
+  else
+    waiting_.push_back(std::move(label));
+}
+
+void PlotDrawing::printLabel(const PlotLabel& label) {
+  canvas_.setTextPosition(label.x, label.y);
+  canvas_.print(label.text);
+  view_.labels.push_back(label);
+}
+
+void PlotDrawing::labels() {
+  if (waiting_.empty()) return;
+  canvas_.setDrawMode(DrawMode::kBlackness);
+  for (const PlotLabelKind kind : {PlotLabelKind::kRange, PlotLabelKind::kElevation})
+    for (const PlotLabel& label : waiting_)
+      if (label.kind == kind) printLabel(label);
+  waiting_.clear();
 }
 
 }  // namespace zel

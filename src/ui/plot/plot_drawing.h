@@ -1,9 +1,9 @@
 // The drawing of the profile on a canvas. Window, printed page and picture file share it: they differ in the
 // canvas and in a PlotStyle.
 //
-// The parts are called in their order: begin, elevationLines, rangeLines, fresnelAndSight, ground. Each reads
-// its colours from the settings when it draws with them, and writes what later events need into the view as
-// it goes, so that the view tells the truth about the picture after a failure too.
+// The parts are called in their order: begin, elevationLines, rangeLines, labels, fresnelAndSight, ground.
+// Each reads its colours from the settings when it draws with them, and writes what later events need into
+// the view as it goes, so that the view tells the truth about the picture after a failure too.
 //
 // Errors: RuntimeError 6 for a number that is beyond its integer or no number, 9 for arrays that do not reach
 // the samples that are drawn; those of the settings pass through.
@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "canvas/canvas.h"
 #include "foundation/number_text.h"
@@ -28,14 +29,15 @@ struct PlotStyle {
   // Markers are drawn with the XOR pen, so that a second stroke erases them. Without it they are drawn in
   // their final colour, for a canvas that is written once.
   bool erasableMarkers = true;
+  // Labels are drawn before the line that they belong to, so that every stroke runs over them. Otherwise
+  // after all reference lines, those of the range first: these keep their places when labels make way.
+  bool labelsUnderLines = true;
   std::string_view elevationPattern = "###0";
   std::string_view rangePattern = "#,##0";  // of whole units; decimals follow it on short spans
 };
 
 // Of the printed page: written once, thousands grouped.
-inline PlotStyle pageStyle(NumberStyle numbers = {}) {
-  return {std::move(numbers), false, "##,##0", "##,##0"};
-}
+inline PlotStyle pageStyle() { return {{}, false, false, "##,##0", "##,##0"}; }
 
 class PlotDrawing {
  public:
@@ -64,6 +66,9 @@ class PlotDrawing {
   // has no room for are left out.
   void rangeLines(std::int16_t count);
 
+  // The labels that the lines have left, when they do not lie under them.
+  void labels();
+
   // The Fresnel line when there is one, antenna masts in the view of the whole path, line of sight.
   void fresnelAndSight();
 
@@ -76,7 +81,8 @@ class PlotDrawing {
   void fresnelLine(Colour colour);
   void antennaMasts(Colour colour);
   void verticalLine(double x, Colour colour);
-  void label(PlotLabelKind kind, double x, double y, const std::string& text);
+  void label(PlotLabelKind kind, double x, double y, std::string text);
+  void printLabel(const PlotLabel& label);
 
   Canvas& canvas_;
   const ProfileViewState& state_;
@@ -84,6 +90,7 @@ class PlotDrawing {
   PlotStyle style_;
   PlotView& view_;
   PlotIndex index_;
+  std::vector<PlotLabel> waiting_;
 };
 
 // The pen that shows a colour over white when it is used once and restores the white when it is used twice.

@@ -1,5 +1,6 @@
 #include "ui/plot/plot_procedures.h"
 
+#include "component/services/hourglass.h"
 #include "foundation/rounding.h"
 #include "profile/path_loss/free_space_loss.h"
 #include "profile/real32.h"
@@ -16,24 +17,15 @@ constexpr std::string_view kPrintQuestion = "Print Profile?";
 // The hourglass and the flag of a drawing in progress, taken back on every way out.
 class DrawingInProgress {
  public:
-  DrawingInProgress(Pointer& pointer, ProfileFlags& flags) : pointer_(pointer), flags_(flags) {
-    pointer_.set(PointerShape::kHourglass);
+  DrawingInProgress(Pointer& pointer, ProfileFlags& flags) : hourglass_(pointer), flags_(flags) {
     flags_.drawing = true;
   }
-  ~DrawingInProgress() {
-    flags_.drawing = false;
-    try {
-      pointer_.set(PointerShape::kDefault);
-    } catch (...) {
-      // A pointer that cannot be set back is no reason to lose a drawing, or the failure that ended it.
-      return;
-    }
-  }
+  ~DrawingInProgress() { flags_.drawing = false; }
   DrawingInProgress(const DrawingInProgress&) = delete;
   DrawingInProgress& operator=(const DrawingInProgress&) = delete;
 
  private:
-  Pointer& pointer_;
+  Hourglass hourglass_;
   ProfileFlags& flags_;
 };
 
@@ -106,6 +98,7 @@ void PlotProcedures::drawRangeAndHeight(std::int16_t firstIndex, std::int16_t la
     services_.module->rangeLines = readRangeLines(settings_);
     services_.trapped->step(3);
     lines.rangeLines(services_.module->rangeLines);
+    lines.labels();
   });
 }
 

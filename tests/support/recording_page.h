@@ -14,7 +14,7 @@
 #include "canvas/page.h"
 #include "canvas/recording_canvas.h"
 
-namespace zel {
+namespace zel::test {
 
 // A text of the sheet with the font that it was printed in.
 struct RecordedPageText {
@@ -101,4 +101,4 @@ class RecordingPage final : public Page {
   std::vector<RecordedBox> boxes_;
 };
 
-}  // namespace zel
+}  // namespace zel::test
