@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
@@ -21,6 +22,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <set>
 #include <thread>
 
 #include "canvas/qt/printed_page.h"
@@ -85,9 +87,10 @@ class DesktopPrintingTest : public test::DesktopFixture {
 
   // The dialog's answer to the body.
   std::optional<PrintRequest> choose(PageOrientation orientation,
-                                     const std::function<void(QPrintDialog&)>& body) {
+                                     const std::function<void(QPrintDialog&)>& body,
+                                     const std::optional<PaperFormat>& paper = std::nullopt) {
     onModal<QPrintDialog>([&body](QPrintDialog& dialog) { body(dialog); });
-    return printing_.choose(orientation);
+    return printing_.choose(orientation, paper);
   }
   // Chosen without further ado.
   std::optional<PrintRequest> chooseFile(const fs::path& path, PageOrientation orientation = kPortrait) {
@@ -101,9 +104,7 @@ class DesktopPrintingTest : public test::DesktopFixture {
     ASSERT_GE(papers.findText(name), 0) << name.toStdString();
     papers.setCurrentIndex(papers.findText(name));
   }
-  PrintRequest toFile(const fs::path& path, int copies = 1) const {
-    return {"", path.string(), copies, kPortrait, {}};
-  }
+  PrintRequest toFile(const fs::path& path, int copies = 1) const { return {"", path.string(), copies, {}}; }
   void print(const PrintRequest& request) {
     printing_.print(request, page_, {"Terrain Profile", "Tester 1"});
   }
@@ -142,6 +143,28 @@ TEST_F(DesktopPrintingTest, ShowsCopiesAndPageAtOnceAndNothingThatOnePageHasNoUs
   });
 }
 
+TEST_F(DesktopPrintingTest, TheTabKeyReachesEveryControlBothWays) {
+  choose(kPortrait, [](QPrintDialog& dialog) {
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+      std::set<const QWidget*> reached;
+      part<QSpinBox>(dialog, "copies").setFocus();
+      for (int step = 0; step < 60 && dialog.focusWidget() != nullptr; ++step) {
+        reached.insert(dialog.focusWidget());
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(dialog.focusWidget(), &press);
+      }
+      for (const char* name : {"filename", "copies", "paper", "orientation"})
+        EXPECT_EQ(reached.count(&part<QWidget>(dialog, name)), 1U) << name;
+      for (const QPushButton* button : dialog.findChildren<QPushButton*>()) {
+        if (button->isVisible() && button->isEnabled()) {
+          EXPECT_EQ(reached.count(button), 1U) << button->text().toStdString();
+        }
+      }
+    }
+    dialog.reject();
+  });
+}
+
 TEST_F(DesktopPrintingTest, TakesFileCopiesPaperAndOrientationFromTheDialog) {
   const auto answer = choose(kPortrait, [this](QPrintDialog& dialog) {
     nameFile(dialog, folder_ / "page.pdf");
@@ -156,7 +179,7 @@ TEST_F(DesktopPrintingTest, TakesFileCopiesPaperAndOrientationFromTheDialog) {
   EXPECT_EQ(answer->file, (folder_ / "page.pdf").string());
   EXPECT_FALSE(fs::exists(folder_ / "page.pdf")) << "choosing writes nothing";
   EXPECT_EQ(answer->copies, 3);
-  EXPECT_EQ(answer->orientation, kLandscape);
+  EXPECT_EQ(orientationOf(answer->paper), kLandscape);
   EXPECT_EQ(answer->paper.name, "Letter");
   EXPECT_EQ(answer->paper.width, 15840) << "11 inches";
   EXPECT_EQ(answer->paper.height, 12240) << "8.5 inches";
@@ -164,8 +187,8 @@ TEST_F(DesktopPrintingTest, TakesFileCopiesPaperAndOrientationFromTheDialog) {
 }
 
 TEST_F(DesktopPrintingTest, BeginsWithTheOrientationThatIsPassed) {
-  EXPECT_EQ(chooseFile(folder_ / "a.pdf", kLandscape)->orientation, kLandscape);
-  EXPECT_EQ(chooseFile(folder_ / "a.pdf", kPortrait)->orientation, kPortrait);
+  EXPECT_EQ(orientationOf(chooseFile(folder_ / "a.pdf", kLandscape)->paper), kLandscape);
+  EXPECT_EQ(orientationOf(chooseFile(folder_ / "a.pdf", kPortrait)->paper), kPortrait);
 }
 
 TEST_F(DesktopPrintingTest, BeginsWithTheFileAndPaperOfLastTimeButWithOneCopy) {
@@ -188,6 +211,42 @@ TEST_F(DesktopPrintingTest, BeginsWithTheFileAndPaperOfLastTimeButWithOneCopy) {
   EXPECT_NEAR(again->paper.height, 148 / 25.4 * 1440, 0.5);
 }
 
+TEST_F(DesktopPrintingTest, BeginsWithThePaperThatIsPassed) {
+  for (const PageOrientation orientation : {kPortrait, kLandscape}) {
+    const auto answer = choose(
+        orientation,
+        [this](QPrintDialog& dialog) {
+          EXPECT_EQ(part<QComboBox>(dialog, "paper").currentText(), QStringLiteral("Letter / ANSI A"));
+          nameFile(dialog, folder_ / "page.pdf");
+          pressPrint(dialog);
+        },
+        lying(letterPaper(), orientation));
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->paper.name, "Letter");
+    EXPECT_EQ(orientationOf(answer->paper), orientation);
+  }
+}
+
+TEST_F(DesktopPrintingTest, BeginsWithItsOwnPaperWhereItDoesNotHaveTheOneThatIsPassed) {
+  const PaperFormat card{"Card", 4895, 3118, {}};
+  const auto expectPaper = [this, &card](const QString& name) {
+    choose(
+        kLandscape,
+        [&name](QPrintDialog& dialog) {
+          EXPECT_EQ(part<QComboBox>(dialog, "paper").currentText(), name);
+          dialog.reject();
+        },
+        card);
+  };
+  expectPaper(QStringLiteral("A4"));
+  choose(kPortrait, [this](QPrintDialog& dialog) {
+    nameFile(dialog, folder_ / "page.pdf");
+    choosePaper(dialog, QStringLiteral("A5"));
+    pressPrint(dialog);
+  });
+  expectPaper(QStringLiteral("A5"));
+}
+
 TEST_F(DesktopPrintingTest, ForgetsWhatACancelledDialogHad) {
   chooseFile(folder_ / "first.pdf");
   choose(kPortrait, [this](QPrintDialog& dialog) {
@@ -202,9 +261,10 @@ TEST_F(DesktopPrintingTest, ForgetsWhatACancelledDialogHad) {
   });
 }
 
-TEST_F(DesktopPrintingTest, AddsTheExtensionToANameWithoutOne) {
+TEST_F(DesktopPrintingTest, AddsTheExtensionUnlessItIsThere) {
   EXPECT_EQ(chooseFile(folder_ / "page")->file, (folder_ / "page.pdf").string());
-  EXPECT_EQ(chooseFile(folder_ / "page.of.mine")->file, (folder_ / "page.of.mine").string());
+  EXPECT_EQ(chooseFile(folder_ / "page.of.mine")->file, (folder_ / "page.of.mine.pdf").string());
+  EXPECT_EQ(chooseFile(folder_ / "page.PDF")->file, (folder_ / "page.PDF").string());
 }
 
 TEST_F(DesktopPrintingTest, AsksOnceBeforeItOverwrites) {
@@ -249,7 +309,7 @@ TEST_F(DesktopPrintingTest, IsCancelledWhenItsDialogIsDeleted) {
 
 TEST_F(DesktopPrintingTest, ShowsNoDialogAwayFromTheApplicationsThread) {
   std::optional<PrintRequest> answer = PrintRequest{};
-  std::thread([&] { answer = printing_.choose(kPortrait); }).join();
+  std::thread([&] { answer = printing_.choose(kPortrait, std::nullopt); }).join();
   EXPECT_EQ(answer, std::nullopt);
 }
 
@@ -260,7 +320,7 @@ TEST_F(DesktopPrintingTest, TakesANameThatEndsInPdfForAFile) {
   EXPECT_EQ(request.printer, "");
   EXPECT_EQ(request.file, "Somewhere/Page.PDF");
   EXPECT_EQ(request.copies, 2);
-  EXPECT_EQ(request.orientation, kLandscape);
+  EXPECT_EQ(orientationOf(request.paper), kLandscape);
   EXPECT_EQ(request.paper.name, "A4");
   EXPECT_EQ(request.paper.width, 16838);
   EXPECT_EQ(request.paper.height, 11906);
@@ -445,8 +505,8 @@ class NotedPrinter final : public QPrinter {
 
 class PrinterTest : public DesktopPrintingTest {
  protected:
-  void print(int copies, PageOrientation orientation = kPortrait, const PaperFormat& paper = {}) {
-    printOn(printer_, {"Office", "", copies, orientation, paper}, page_, {"Terrain Profile", "Tester 1"});
+  void print(int copies, const PaperFormat& paper = {}) {
+    printOn(printer_, {"Office", "", copies, paper}, page_, {"Terrain Profile", "Tester 1"});
   }
   // That a print fails so.
   void expectFailure(const std::string& description) {
@@ -493,11 +553,11 @@ TEST_F(PrinterTest, RepeatsThePageOnAPrinterThatDoesNot) {
 }
 
 TEST_F(PrinterTest, TakesThePaperAndOrientationOfTheRequest) {
-  print(1, kLandscape, {"A4", 16838, 11906, {}});
+  print(1, lying(a4Paper(), kLandscape));
   EXPECT_EQ(engine_.layout.orientation(), QPageLayout::Landscape);
   EXPECT_EQ(engine_.layout.pageSize().id(), QPageSize::A4);
   EXPECT_FALSE(engine_.properties.contains(QPrintEngine::PPK_QPageSize)) << "it had that paper";
-  print(1, kPortrait, {"Letter", 12240, 15840, {}});
+  print(1, letterPaper());
   EXPECT_EQ(engine_.layout.orientation(), QPageLayout::Portrait);
   EXPECT_EQ(engine_.layout.pageSize().id(), QPageSize::Letter);
 }
@@ -518,6 +578,23 @@ TEST_F(PrinterTest, HasTheMarginsOfThePageAsItLies) {
   EXPECT_EQ(turned.margins.bottom, 480);
 }
 
+// The toolkit's Ledger is wider than high when it is upright.
+TEST_F(PrinterTest, ThePageLiesAsItWasChosenWhateverTheSheetIs) {
+  printer_.setPageSize(QPageSize(QPageSize::Ledger));
+  const PaperFormat upright = requestOf(printer_).paper;
+  EXPECT_EQ(upright.width, 15840);
+  EXPECT_EQ(upright.height, 24480);
+  print(1, upright);
+  EXPECT_LT(engine_.layout.fullRectPoints().width(), engine_.layout.fullRectPoints().height());
+  printer_.setPageSize(QPageSize(QPageSize::Ledger));
+  printer_.setPageOrientation(QPageLayout::Landscape);
+  const PaperFormat across = requestOf(printer_).paper;
+  EXPECT_EQ(across.width, 24480);
+  EXPECT_EQ(across.height, 15840);
+  print(1, across);
+  EXPECT_GT(engine_.layout.fullRectPoints().width(), engine_.layout.fullRectPoints().height());
+}
+
 TEST_F(PrinterTest, IsNamedByItsRequest) {
   printer_.setCopyCount(4);
   engine_.properties[QPrintEngine::PPK_CopyCount] = 4;
@@ -525,7 +602,7 @@ TEST_F(PrinterTest, IsNamedByItsRequest) {
   EXPECT_EQ(request.printer, "Office");
   EXPECT_EQ(request.file, "");
   EXPECT_EQ(request.copies, 4);
-  EXPECT_EQ(request.orientation, kPortrait);
+  EXPECT_EQ(orientationOf(request.paper), kPortrait);
 }
 
 TEST_F(PrinterTest, SaysThatItHasNotPrinted) {
@@ -543,6 +620,42 @@ TEST_F(PrinterTest, SaysThatItHasNotPrinted) {
     engine_.stateAfter = state;
     expectFailure("The printer \"Office\" has failed: the page was not printed");
   }
+}
+
+// Status values: RFC 8011, appendix B.
+TEST(PrintSystem, RefusesByAnErrorStatusInItsOwnWords) {
+  EXPECT_EQ(refusalIn(0x0000, "successful-ok"), "");
+  EXPECT_EQ(refusalIn(0x0001, "successful-ok-ignored-or-substituted-attributes"), "");
+  EXPECT_EQ(refusalIn(0x03FF, "no error yet"), "");
+  EXPECT_EQ(refusalIn(0x0400, "Bad request"), "Bad request");
+  EXPECT_EQ(refusalIn(0x0506, "The printer takes no jobs"), "The printer takes no jobs");
+  for (const char* silent : {static_cast<const char*>(nullptr), ""})
+    EXPECT_EQ(refusalIn(0x0507, silent), "the print system did not take the page");
+}
+
+// ---- how a sheet lies
+
+TEST(Paper, IsTurnedWithTheWiderMarginOfTwoOnBothSides) {
+  PaperFormat paper = letterPaper();
+  paper.margins = {1, 2, 3, 4};
+  const PaperFormat across = lying(paper, kLandscape);
+  EXPECT_EQ(across.name, "Letter");
+  EXPECT_EQ(across.width, 15840);
+  EXPECT_EQ(across.height, 12240);
+  EXPECT_EQ(across.margins.left, 4);
+  EXPECT_EQ(across.margins.right, 4);
+  EXPECT_EQ(across.margins.top, 3);
+  EXPECT_EQ(across.margins.bottom, 3);
+  const PaperFormat same = lying(paper, kPortrait);
+  EXPECT_EQ(same.width, 12240);
+  EXPECT_EQ(same.margins.left, 1);
+}
+
+TEST(Paper, ASquareSheetLiesInPortrait) {
+  const PaperFormat square{"Square", 10000, 10000, {1, 2, 3, 4}};
+  EXPECT_EQ(orientationOf(square), kPortrait);
+  EXPECT_EQ(lying(square, kLandscape).margins.top, 2) << "it stays as it is";
+  EXPECT_EQ(orientationOf(lying(a4Paper(), kLandscape)), kLandscape);
 }
 
 }  // namespace

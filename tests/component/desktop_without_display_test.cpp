@@ -45,7 +45,7 @@ TEST(DesktopWithoutDisplay, CancelsASaveDialog) {
 
 TEST(DesktopWithoutDisplay, CancelsThePrinterDialogAndNamesAFileAllTheSame) {
   DesktopPrinting printing;
-  EXPECT_EQ(printing.choose(PageOrientation::kPortrait), std::nullopt);
+  EXPECT_EQ(printing.choose(PageOrientation::kPortrait, std::nullopt), std::nullopt);
   const PrintRequest request = printing.request("page.pdf", 2, PageOrientation::kLandscape);
   EXPECT_EQ(request.file, "page.pdf");
   EXPECT_EQ(request.paper.width, printing.paper(PageOrientation::kPortrait).height);

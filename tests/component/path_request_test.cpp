@@ -10,6 +10,7 @@
 #include "real_component.h"
 #include "zel/path_loss.h"
 #include "zel/path_profile.h"
+#include "zel/settings.h"
 
 namespace zel {
 namespace {
@@ -218,6 +219,11 @@ TEST_F(PathRequestTest, AMaximumOfOnePointIsRefusedByItsName) {
             "the setting Profile/Prf_Max is 1 and leaves the path fewer than 2 points; set 1000 to 5000");
   set("Profile", "Prf_Max", "2");
   EXPECT_EQ(computed().points, 2);
+}
+
+TEST_F(PathRequestTest, ACoordinateFormatForThisRunIsThatOfThePositions) {
+  overrideSetting("Settings", "CoordFormat", "DD");
+  EXPECT_EQ(component_.makeCoordinateFormatter()->LatitudeText(36.4), "36.400000");
 }
 
 }  // namespace

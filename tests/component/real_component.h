@@ -1,5 +1,5 @@
 // A component over the desktop's own parts, in the place of the process's own: settings in a file of the
-// test's, the bundled terrain, boxes answered by script.
+// test's, the bundled terrain, a clock that stands, boxes answered by script.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -30,6 +30,7 @@ class RealComponentOver : public Base {
   ComponentServices services() {
     ComponentServices services = makeDesktopServices();
     services.dialogs = dialogs_;
+    services.clock = std::make_shared<FixedClock>();
     services.hardStop = std::make_shared<ScriptedHardStop>();
     services.windows = windows_;
     services.printing = printing_;

@@ -147,15 +147,22 @@ TEST_F(PrintPreviewTest, TheHostsDescriptionIsStoredOnlyWhenItWasChanged) {
   EXPECT_EQ(prints().size(), 2U);
 }
 
-TEST_F(PrintPreviewTest, PrintBeginsWithTheOrientationThatIsShown) {
+TEST_F(PrintPreviewTest, PrintBeginsWithTheOrientationAndThePaperThatAreShown) {
   open();
   describe();
   preview([&] {
     choose("cboOrientation", 1);
     pressIn("cmdPrint");
     EXPECT_EQ(status(), "") << "cancelled";
+    choose("cboPaper", 1);
+    pressIn("cmdPrint");
   });
-  EXPECT_EQ(printing_->choices, std::vector<PageOrientation>{PageOrientation::kLandscape});
+  item("mnuPrint").trigger();
+  EXPECT_EQ(printing_->choices,
+            (std::vector<PageOrientation>{PageOrientation::kLandscape, PageOrientation::kLandscape,
+                                          PageOrientation::kPortrait}));
+  EXPECT_EQ(printing_->papersOfChoices, (std::vector<std::string>{"A4", "Letter", ""}))
+      << "the window itself leaves the paper to the dialog";
   EXPECT_TRUE(prints().empty());
 }
 
@@ -196,6 +203,22 @@ TEST_F(PrintPreviewTest, AFileThatCannotBeWrittenIsToldAndThePreviewStays) {
   ASSERT_EQ(boxes().size(), 1U);
   EXPECT_EQ(boxes()[0].rfind("Printing Error: Permission denied", 0), 0U) << boxes()[0];
   EXPECT_NE(boxes()[0].find("frmProfile:PrintProfile:7"), std::string::npos) << boxes()[0];
+}
+
+TEST_F(PrintPreviewTest, APageThatCannotBeDrawnIsToldOnceHoweverMuchIsTyped) {
+  open();
+  describe();
+  preview([&] {
+    set("Colors", "cFresnel", "99999999999");
+    typeOn("abc");
+    EXPECT_EQ(boxes().size(), 1U);
+    EXPECT_EQ(status(), "The page could not be drawn; choose a paper to try again.");
+    set("Colors", "cFresnel", "255");
+    choose("cboPaper", 1);
+    EXPECT_EQ(status(), "");
+    EXPECT_TRUE(view().hasPage());
+  });
+  EXPECT_EQ(boxes().size(), 1U);
 }
 
 TEST_F(PrintPreviewTest, ADescriptionWithoutRoomIsSaidToBeCut) {

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <filesystem>
 
+#include "canvas/recording_canvas.h"
 #include "component/services/error_trap.h"
 #include "ui/profile_window/frm_prt_desc.h"
 
@@ -80,7 +81,7 @@ TEST_F(PrintingWindowTest, CopiesAndOrientationAreThoseOfTheDialog) {
   print();
   ASSERT_EQ(prints().size(), 1U) << "the copies are the printer's business";
   EXPECT_EQ(prints()[0].request.copies, 3);
-  EXPECT_EQ(prints()[0].request.orientation, PageOrientation::kLandscape);
+  EXPECT_EQ(orientationOf(prints()[0].request.paper), PageOrientation::kLandscape);
   EXPECT_EQ(prints()[0].size, QSizeF(16838, 11906));
 }
 
@@ -332,11 +333,10 @@ TEST_F(PrintingWindowTest, AnExpandedViewWhoseMarkersCameTooNearIsLeftBeforeTheP
 TEST_F(PrintingWindowTest, ThePlotOnThePageHasTheScaleOfTheWindows) {
   FrmProfile& window = open();
   control<QSlider>("Slider1").setValue(250);
-  PrintedPage page(11906, 16838);
-  page.sheet().setScale(0, 16838, 11906, 0);
-  PlotScale scale;
-  EXPECT_TRUE(window.PrintLine(page.box(1190, 12000, 10714, 9000), scale));
-  EXPECT_EQ(scale, window.plotView()->scale);
+  RecordingCanvas box;
+  EXPECT_TRUE(window.PrintLine(box));
+  const PlotScale& scale = window.plotView()->scale;
+  EXPECT_EQ(box.state().scale, (CanvasScale{scale.left, scale.top, scale.right, scale.bottom}));
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
@@ -601,6 +601,28 @@ TEST_F(PrintingWindowTest, AWindowThatIsUnloadedUnderTheBoxOfAFailedPlotPrintsNo
   EXPECT_FALSE(component_.state().bProfileFailed);
 }
 
+TEST_F(PrintingWindowTest, ADescriptionThatWasCutIsToldOnceThePageIsPrinted) {
+  open();
+  std::string text;
+  for (int i = 0; i < 1400; ++i) text += "word ";
+  describe(text);
+  choosePrinter(PageOrientation::kLandscape);
+  dialogs_->onMessage = [this](const MessageBoxRequest&) {
+    EXPECT_EQ(prints().size(), 1U);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  };
+  print();
+  ASSERT_EQ(dialogs_->messages.size(), 1U);
+  EXPECT_EQ(dialogs_->messages[0].text, "The description had no room on the page; it ends in an ellipsis.");
+  EXPECT_EQ(dialogs_->messages[0].title, "");
+  EXPECT_EQ(dialogs_->messages[0].icon, MessageIcon::kInformation);
+  EXPECT_EQ(dialogs_->messages[0].buttons, MessageButtons::kOk);
+  describe("word");
+  print();
+  EXPECT_EQ(prints().size(), 2U);
+  EXPECT_EQ(dialogs_->messages.size(), 1U) << "what has its room is not told of";
+}
+
 // ---- A host's own window ----
 
 TEST_F(PrintingWindowTest, AHostsWindowPrintsWithoutTheDialog) {
@@ -609,7 +631,7 @@ TEST_F(PrintingWindowTest, AHostsWindowPrintsWithoutTheDialog) {
   EXPECT_EQ(form->call("PrintProfile", {"", 2, 2, "From a script"}), AutomationValue(true));
   ASSERT_EQ(prints().size(), 1U);
   EXPECT_EQ(prints()[0].request.copies, 2);
-  EXPECT_EQ(prints()[0].request.orientation, PageOrientation::kLandscape);
+  EXPECT_EQ(orientationOf(prints()[0].request.paper), PageOrientation::kLandscape);
   form->call("PrintProfile", {"out.pdf", 1, 1, ""});
   ASSERT_EQ(prints().size(), 2U);
   EXPECT_EQ(prints()[1].request.file, "out.pdf");

@@ -22,9 +22,6 @@
 namespace zel {
 namespace {
 
-constexpr double kTwipsPerPoint = 20;
-constexpr int kMostCopies = 999;  // the dialog's own limit
-
 // The page is placed on the whole sheet, margins and all.
 void setUp(QPrinter& printer, PageOrientation orientation) {
   printer.setFullPage(true);
@@ -36,6 +33,13 @@ bool hasPaper(const QPrinter& printer, const PaperFormat& paper) {
   const PaperFormat own = paperOf(printer);
   return std::abs(own.width - paper.width) <= kTwipsPerPoint &&
          std::abs(own.height - paper.height) <= kTwipsPerPoint;
+}
+
+// A printer that does not have that paper keeps its own.
+void offer(const PaperFormat& paper, QPrinter& printer) {
+  const QPageSize size = pageSizeOf(paper);
+  const QString name = goesIntoFile(printer) ? QString() : printer.printerName();
+  if (takesPaper(name, size)) printer.setPageSize(size);
 }
 
 bool isPdfPath(const std::string& name) {
@@ -63,8 +67,9 @@ RuntimeError printerFailed(const QPrinter& printer, const std::string& why) {
 }
 
 void checkCopies(int copies) {
-  if (copies < 1 || copies > kMostCopies)
-    throw RuntimeError(5, "The number of copies must be 1 to " + std::to_string(kMostCopies));
+  if (copies < 1 || copies > PrintService::kMostCopies)
+    throw RuntimeError(PrintService::kInvalidCall,
+                       "The number of copies must be 1 to " + std::to_string(PrintService::kMostCopies));
 }
 
 // Why the print system did not take the last job, which the toolkit keeps to itself; empty when it did. The
@@ -72,19 +77,27 @@ void checkCopies(int copies) {
 std::string refusalOfPrintSystem() {
   void* library = ::dlopen("libcups.so.2", RTLD_NOW | RTLD_NOLOAD);
   if (library == nullptr) return {};
-  constexpr int kFirstError = 0x0400;  // client-error-bad-request, RFC 8011 appendix B
   const auto lastStatus = reinterpret_cast<int (*)()>(::dlsym(library, "cupsLastError"));
   const auto lastText = reinterpret_cast<const char* (*)()>(::dlsym(library, "cupsLastErrorString"));
   std::string refusal;
-  if (lastStatus != nullptr && lastText != nullptr && lastStatus() >= kFirstError) {
-    const char* text = lastText();
-    refusal = text != nullptr ? text : "the print system did not take the page";
-  }
+  if (lastStatus != nullptr && lastText != nullptr) refusal = refusalIn(lastStatus(), lastText());
   ::dlclose(library);
   return refusal;
 }
 
+// As it lies in the printer in that orientation, also when the printer's upright sheet is wider than high.
+PaperFormat paperIn(const QPrinter& printer, PageOrientation orientation) {
+  return lying(paperOf(printer), orientation);
+}
+
 }  // namespace
+
+std::string refusalIn(int status, const char* text) {
+  constexpr int kFirstError = 0x0400;  // client-error-bad-request, RFC 8011 appendix B
+  if (status < kFirstError) return {};
+  const bool silent = text == nullptr || *text == '\0';
+  return silent ? "the print system did not take the page" : text;
+}
 
 PrintRequest requestOf(const QPrinter& printer) {
   PrintRequest request;
@@ -93,15 +106,14 @@ PrintRequest requestOf(const QPrinter& printer) {
   } else {
     request.printer = printer.printerName().toStdString();
   }
-  request.copies = std::clamp(printer.copyCount(), 1, kMostCopies);
-  request.orientation = orientationOf(printer.pageLayout());
-  request.paper = paperOf(printer);
+  request.copies = std::clamp(printer.copyCount(), 1, PrintService::kMostCopies);
+  request.paper = paperIn(printer, orientationOf(printer.pageLayout()));
   return request;
 }
 
 void printOn(QPrinter& printer, const PrintRequest& request, const PrintedPage& page,
              const PrintedDocument& document) {
-  setUp(printer, request.orientation);
+  setUp(printer, orientationOf(request.paper));
   if (!hasPaper(printer, request.paper)) printer.setPageSize(pageSizeOf(request.paper));
   printer.setDocName(QString::fromStdString(document.title));
   printer.setCreator(QString::fromStdString(document.creator));
@@ -151,10 +163,12 @@ std::unique_ptr<QPrinter> DesktopPrinting::startingPrinter(PageOrientation orien
   return printer;
 }
 
-std::optional<PrintRequest> DesktopPrinting::choose(PageOrientation orientation) {
+std::optional<PrintRequest> DesktopPrinting::choose(PageOrientation orientation,
+                                                    const std::optional<PaperFormat>& paper) {
   if (!canShowWidgets()) return std::nullopt;
   // A printer of its own: a dialog that is cancelled changes nothing.
   std::unique_ptr<QPrinter> printer = startingPrinter(orientation);
+  if (paper) offer(*paper, *printer);
   if (!runPrintDialog(*printer)) return std::nullopt;
   chosen_ = requestOf(*printer);
   return chosen_;
@@ -162,13 +176,13 @@ std::optional<PrintRequest> DesktopPrinting::choose(PageOrientation orientation)
 
 PaperFormat DesktopPrinting::paper(PageOrientation orientation) {
   if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr) return localPaper(orientation);
-  return paperOf(*startingPrinter(orientation));
+  return paperIn(*startingPrinter(orientation), orientation);
 }
 
 PrintRequest DesktopPrinting::request(const std::string& printer, int copies, PageOrientation orientation) {
   checkCopies(copies);
   if (isPdfPath(printer)) {
-    PrintRequest request{"", printer, copies, orientation, paper(orientation)};
+    PrintRequest request{"", printer, copies, paper(orientation)};
     request.paper.margins = {};
     return request;
   }
@@ -178,11 +192,11 @@ PrintRequest DesktopPrinting::request(const std::string& printer, int copies, Pa
       last != nullptr ? last->printer : QPrinterInfo::defaultPrinterName().toStdString();
   const std::string name = printer.empty() ? usual : printer;
   checkPrinter(name);
-  if (last != nullptr && last->printer == name) return {name, "", copies, orientation, paper(orientation)};
+  if (last != nullptr && last->printer == name) return {name, "", copies, paper(orientation)};
   QPrinter other(QPrinterInfo::printerInfo(QString::fromStdString(name)), QPrinter::HighResolution);
   other.setPageSize(usualSize(other.printerName()));
   setUp(other, orientation);
-  return {name, "", copies, orientation, paperOf(other)};
+  return {name, "", copies, paperIn(other, orientation)};
 }
 
 void DesktopPrinting::print(const PrintRequest& request, const PrintedPage& page,

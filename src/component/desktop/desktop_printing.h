@@ -2,8 +2,6 @@
 //
 // Copies begin at 1 each time, and what else a printer can do stays as the system has it set. Without a
 // QApplication, and away from its thread, the dialog counts as cancelled.
-//
-// Copies are 1 to 999; RuntimeError 5 for others.
 #pragma once
 
 #include <memory>
@@ -18,7 +16,8 @@ namespace zel {
 
 class DesktopPrinting final : public PrintService {
  public:
-  std::optional<PrintRequest> choose(PageOrientation orientation) override;
+  std::optional<PrintRequest> choose(PageOrientation orientation,
+                                     const std::optional<PaperFormat>& paper) override;
   PrintRequest request(const std::string& printer, int copies, PageOrientation orientation) override;
   PaperFormat paper(PageOrientation orientation) override;
   void print(const PrintRequest& request, const PrintedPage& page, const PrintedDocument& document) override;
@@ -37,5 +36,9 @@ PrintRequest requestOf(const QPrinter& printer);
 // corner is the page's. Throws RuntimeError PrintService::kPrinterFailed.
 void printOn(QPrinter& printer, const PrintRequest& request, const PrintedPage& page,
              const PrintedDocument& document);
+
+// Why the print system did not take a job, by the status of its last answer (RFC 8011) and its own words,
+// which may be null; empty when it did take it.
+std::string refusalIn(int status, const char* text);
 
 }  // namespace zel

@@ -96,6 +96,8 @@ void fitToOnePage(QPrintDialog& dialog, PageGroup* page) {
   for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
     if (!button->text().contains(QLatin1String("Options"))) continue;
     button->click();
+    // The way of the Tab key ends before a hidden button that would take it.
+    button->setFocusPolicy(Qt::NoFocus);
     button->hide();
   }
 }
@@ -116,20 +118,33 @@ void followPrinter(QPrintDialog& dialog, PageGroup* page) {
   offer();
 }
 
-// A name without an extension gets one, before the dialog looks for a file of that name.
+// A name that does not end in ".pdf" gets that, before the dialog looks for a file of that name.
 void nameFile(QPrintDialog& dialog, const QString& name) {
   auto* file = part<QLineEdit>(dialog, "filename");
   auto* buttons = dialog.findChild<QDialogButtonBox*>();
   if (file == nullptr || buttons == nullptr) return;
   file->setText(name);
   const auto addExtension = [file] {
-    const QFileInfo named(file->text());
-    if (!named.fileName().isEmpty() && named.suffix().isEmpty() && !named.exists())
-      file->setText(file->text() + QStringLiteral(".pdf"));
+    const QString typed = file->text().trimmed();
+    const QFileInfo named(typed);
+    const bool isPdf = named.suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0;
+    const bool wanting = !named.fileName().isEmpty() && !isPdf && !named.isDir();
+    file->setText(wanting ? typed + QStringLiteral(".pdf") : typed);
   };
   for (QAbstractButton* button : buttons->buttons())
     if (buttons->buttonRole(button) == QDialogButtonBox::AcceptRole)
       QObject::connect(button, &QAbstractButton::pressed, file, addExtension);
+}
+
+// Paper and orientation come after the copies that they stand beside.
+void orderTabs(QPrintDialog& dialog, const PageGroup* page) {
+  QWidget* last = part<QWidget>(dialog, "copies");
+  if (last == nullptr) return;
+  for (const char* name : {"paper", "orientation"}) {
+    auto* next = page->findChild<QWidget*>(QLatin1String(name));
+    QWidget::setTabOrder(last, next);
+    last = next;
+  }
 }
 
 // Sets up the dialog. The group belongs to it then.
@@ -143,6 +158,7 @@ void prepare(QPrintDialog& dialog, PageGroup* page) {
   followPrinter(dialog, page);
   page->begin(layout);
   nameFile(dialog, file.isEmpty() ? defaultPdfFile() : file);
+  orderTabs(dialog, page);
   dialog.adjustSize();
 }
 

@@ -1,6 +1,6 @@
 // The printer dialog: the toolkit's, with what means something for one page: printer or PDF file, copies,
-// paper and orientation. Without any printer it prints to a PDF file. A file name without an extension gets
-// ".pdf", and the dialog asks itself before a file is overwritten.
+// paper and orientation. Without any printer it prints to a PDF file. A file name that does not end in ".pdf"
+// gets it, and the dialog asks itself before a file is overwritten.
 #pragma once
 
 #include <QString>

@@ -12,27 +12,16 @@
 namespace zel {
 namespace {
 
-constexpr double kTwipsPerPoint = 20;
 constexpr double kTwipsPerMillimetre = kTwipsPerInch / 25.4;
 
 // Millimetres are exact for both families of papers; points are whole numbers in the toolkit.
-PaperFormat paperOf(const QPageSize& size, PageOrientation orientation) {
-  QSizeF sheet = size.size(QPageSize::Millimeter);
-  if (orientation == PageOrientation::kLandscape) sheet.transpose();
+PaperFormat paperOf(const QPageSize& size) {
+  const QSizeF sheet = size.size(QPageSize::Millimeter);
   const QString name = size.id() == QPageSize::Custom ? size.name() : QPageSize::key(size.id());
   return {name.toStdString(),
           std::round(sheet.width() * kTwipsPerMillimetre),
           std::round(sheet.height() * kTwipsPerMillimetre),
           {}};
-}
-
-// The toolkit has the margins of the upright sheet for either orientation, and a printer does not say which
-// way it turns the sheet.
-PaperFormat turned(PaperFormat paper) {
-  const PaperMargins upright = paper.margins;
-  paper.margins.left = paper.margins.right = std::max(upright.top, upright.bottom);
-  paper.margins.top = paper.margins.bottom = std::max(upright.left, upright.right);
-  return paper;
 }
 
 bool usesLetter(QLocale::Territory territory) {
@@ -75,14 +64,15 @@ bool isPrinter(const QString& name) { return printers().contains(name); }
 
 PaperFormat paperOf(const QPrinter& printer) {
   QPageLayout layout = printer.pageLayout();
-  const PageOrientation orientation = orientationOf(layout);
-  PaperFormat paper = paperOf(layout.pageSize(), orientation);
-  if (goesIntoFile(printer)) return paper;
-  layout.setUnits(QPageLayout::Point);
-  const QMarginsF upright = layout.minimumMargins();
-  paper.margins = {upright.left() * kTwipsPerPoint, upright.top() * kTwipsPerPoint,
-                   upright.right() * kTwipsPerPoint, upright.bottom() * kTwipsPerPoint};
-  return orientation == PageOrientation::kLandscape ? turned(paper) : paper;
+  PaperFormat paper = paperOf(layout.pageSize());
+  if (!goesIntoFile(printer)) {
+    layout.setUnits(QPageLayout::Point);
+    // The toolkit has the margins of the upright sheet for either orientation.
+    const QMarginsF upright = layout.minimumMargins();
+    paper.margins = {upright.left() * kTwipsPerPoint, upright.top() * kTwipsPerPoint,
+                     upright.right() * kTwipsPerPoint, upright.bottom() * kTwipsPerPoint};
+  }
+  return layout.orientation() == QPageLayout::Landscape ? turned(paper) : paper;
 }
 
 QPageSize pageSizeOf(const PaperFormat& paper) {
@@ -106,9 +96,15 @@ QList<QPageSize> sizesOf(const QString& printer) {
   return sizes;
 }
 
+bool takesPaper(const QString& printer, const QPageSize& size) {
+  const QList<QPageSize> sizes = sizesOf(printer);
+  return std::any_of(sizes.begin(), sizes.end(),
+                     [&size](const QPageSize& own) { return own.isEquivalentTo(size); });
+}
+
 PaperFormat localPaper(PageOrientation orientation) {
   const bool letter = usesLetter(paperLocale().territory());
-  return paperOf(QPageSize(letter ? QPageSize::Letter : QPageSize::A4), orientation);
+  return lying(letter ? letterPaper() : a4Paper(), orientation);
 }
 
 }  // namespace zel

@@ -12,8 +12,6 @@ class QPrinter;
 
 namespace zel {
 
-inline constexpr double kTwipsPerInch = 1440;
-
 QPageLayout::Orientation layoutOrientation(PageOrientation orientation);
 PageOrientation orientationOf(const QPageLayout& layout);
 
@@ -21,6 +19,9 @@ PageOrientation orientationOf(const QPageLayout& layout);
 bool goesIntoFile(const QPrinter& printer);
 // Whether the system has a printer of that name now. The toolkit knows none before there is an application.
 bool isPrinter(const QString& name);
+
+// Whether a printer of that name takes that paper; for another name, whether it is offered for a file.
+bool takesPaper(const QString& printer, const QPageSize& size);
 
 // As it lies in the printer, with the margins that the printer needs; a file needs none.
 PaperFormat paperOf(const QPrinter& printer);

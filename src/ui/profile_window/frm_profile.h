@@ -40,7 +40,6 @@
 #include "profile/settings/dialog_settings.h"
 #include "profile/view_state/clearance_readout.h"
 #include "profile/view_state/profile_procedures.h"
-#include "ui/page/page_drawing.h"
 #include "ui/plot/plot_procedures.h"
 #include "ui/profile_window/panel_inputs.h"
 
@@ -179,7 +178,7 @@ class FrmProfile final : public QMainWindow {
                       const std::optional<std::string>& description);
   // The plot on the canvas of its box on a page, by the drawing of the window, whose parts run as
   // PrintRangeAndHeight and PrintFresnel1; whether all of it was drawn. Tells the scale it was drawn with.
-  bool PrintLine(Canvas& box, PlotScale& scale);
+  bool PrintLine(Canvas& box);
   void tbxAntAGL_Change(int station);  // 0 start, 1 end
   void tbxFreq_Change();
   void tbxFreq_Validate();
@@ -326,13 +325,17 @@ class FrmProfile final : public QMainWindow {
   bool exportGoesOn(std::int32_t done, std::int32_t all);
   void showProgressRow(bool shown);
 
-  PrintService& printing() const;
-  std::optional<PrintRequest> chooseRequest(PageOrientation orientation);
+  template <typename Body>
+  void printingProcedure(std::string_view name, Body&& body);
+  PrintService& requirePrinting() const;
+  std::optional<PrintRequest> chooseRequest(PageOrientation orientation,
+                                            const std::optional<PaperFormat>& paper);
   bool readyToPrint();
   bool bringUpToDateForPrinting();
   template <typename Body>
   bool toldAFailure(Body&& body);
   bool printPage(const PrintRequest& request, const std::optional<std::string>& description);
+  std::optional<MadePage> sendPage(const PrintRequest& request, const std::string& description);
   std::optional<std::string> wantedDescription(const std::optional<std::string>& given);
   std::optional<std::string> askForDescription();
   void storeDescription(const std::string& description);
@@ -340,9 +343,9 @@ class FrmProfile final : public QMainWindow {
   std::string shownText(std::string_view control) const;
   std::optional<MadePage> makePage(const PaperFormat& paper, const std::string& description);
   void showPreview();
-  bool printFromPreview(PageOrientation orientation, const std::string& description);
-  std::string savePreviewed(const PaperFormat& paper, PageOrientation orientation,
-                            const std::string& description);
+  bool printFromPreview(const PaperFormat& paper, PageOrientation orientation,
+                        const std::string& description);
+  std::string savePreviewed(const PaperFormat& paper, const std::string& description);
   bool printPreviewed(const PrintRequest& request, const std::string& description);
   void showModally(QDialog& dialog);
 

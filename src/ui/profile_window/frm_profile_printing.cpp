@@ -6,11 +6,13 @@
 #include <utility>
 
 #include "canvas/qt/printed_page.h"
+#include "component/services/hourglass.h"
 #include "component/services/save_path.h"
 #include "export/export_profile.h"
 #include "foundation/runtime_error.h"
 #include "profile/settings/settings_table.h"
 #include "ui/page/page_content.h"
+#include "ui/page/page_drawing.h"
 #include "ui/page/page_origin.h"
 #include "ui/plot/plot_scale.h"
 #include "ui/profile_window/control_panel.h"
@@ -23,61 +25,21 @@ namespace zel {
 namespace {
 
 constexpr int kNothingToPrint = 1103;
-constexpr int kInvalidCall = 5;    // of a procedure with an argument that it does not take
+constexpr const char* kDescriptionCut = "The description had no room on the page; it ends in an ellipsis.";
 constexpr double kSamePaper = 30;  // twips, half a millimetre: the same paper by another name
-
-// Runs what prints; its failure says so.
-template <typename Body>
-void asPrintingError(Body&& body) {
-  try {
-    std::forward<Body>(body)();
-  } catch (...) {
-    const ErrorInformation error = currentError();
-    throw RuntimeError(error.number, "Printing Error: " + error.description);
-  }
-}
-
-// As long as it lives.
-class Hourglass {
- public:
-  explicit Hourglass(Pointer& pointer) : pointer_(pointer) { pointer_.set(PointerShape::kHourglass); }
-  ~Hourglass() {
-    try {
-      pointer_.set(PointerShape::kDefault);
-    } catch (...) {
-      // A pointer that cannot be set back is no reason to lose a page, or the failure that ended it.
-      return;
-    }
-  }
-  Hourglass(const Hourglass&) = delete;
-  Hourglass& operator=(const Hourglass&) = delete;
-
- private:
-  Pointer& pointer_;
-};
 
 // A page has its read-outs from the window, and its plot is drawn under the hourglass of the whole page.
 class NoReadouts final : public ProfileReadouts {
  public:
   void show(std::string_view, const std::string&) override {}
 };
-class NoPointer final : public Pointer {
- public:
-  void set(PointerShape) override {}
-};
-
-PaperFormat lying(PaperFormat paper, PageOrientation orientation) {
-  if ((orientation == PageOrientation::kLandscape) != (paper.width > paper.height))
-    std::swap(paper.width, paper.height);
-  return paper;
-}
 
 bool isSamePaper(const PaperFormat& a, const PaperFormat& b) {
   return std::abs(a.width - b.width) < kSamePaper && std::abs(a.height - b.height) < kSamePaper;
 }
 
 std::vector<PaperFormat> usualPapers(PageOrientation orientation) {
-  return {lying(PaperFormat{}, orientation), lying({"Letter", 12240, 15840, {}}, orientation)};
+  return {lying(a4Paper(), orientation), lying(letterPaper(), orientation)};
 }
 
 // The usual ones and the printer's own, which stands for the one of its size and brings its margins.
@@ -98,6 +60,19 @@ Papers papersBeside(const PaperFormat& own, PageOrientation orientation) {
 }
 
 }  // namespace
+
+// A procedure whose failures say that they are of printing.
+template <typename Body>
+void FrmProfile::printingProcedure(std::string_view name, Body&& body) {
+  procedure(name, [&body] {
+    try {
+      body();
+    } catch (...) {
+      const ErrorInformation error = currentError();
+      throw RuntimeError(error.number, "Printing Error: " + error.description);
+    }
+  });
+}
 
 // ---- The plot on the page ----
 
@@ -142,13 +117,12 @@ class FrmProfile::PagePlot {
   PlotProcedures plot_;
 };
 
-bool FrmProfile::PrintLine(Canvas& box, PlotScale& scale) {
+bool FrmProfile::PrintLine(Canvas& box) {
   bool drawn = false;
   act([&] {
     if (!plot_) return;
     PagePlot page(*this, box);
     page.plot().drawLine();
-    scale = page.plot().view().scale;
     // Under the box of a failure the window may have gone: the flag is another's by then.
     if (page.failed() && !unloaded_) module_->bProfileFailed = true;
     drawn = page.plot().hasDrawn() && !page.failed();
@@ -221,8 +195,7 @@ std::optional<FrmProfile::MadePage> FrmProfile::makePage(const PaperFormat& pape
   trapped_.step(3);
   DrawnPage drawn;
   const bool told = toldAFailure([&] {
-    drawn = drawPage(*made.page, paper, content,
-                     [this](Canvas& box, PlotScale& scale) { return PrintLine(box, scale); });
+    drawn = drawPage(*made.page, paper, content, [this](Canvas& box) { return PrintLine(box); });
     if (!drawn.drawn && !module_->bProfileFailed && !unloaded_)
       throw RuntimeError(kNothingToPrint, "The plot was not drawn");
   });
@@ -234,7 +207,7 @@ std::optional<FrmProfile::MadePage> FrmProfile::makePage(const PaperFormat& pape
 
 // ---- Page routine ----
 
-PrintService& FrmProfile::printing() const {
+PrintService& FrmProfile::requirePrinting() const {
   if (services_.printing == nullptr)
     throw RuntimeError(PrintService::kNoSuchPrinter, "There is no way to print here");
   return *services_.printing;
@@ -242,38 +215,47 @@ PrintService& FrmProfile::printing() const {
 
 bool FrmProfile::PrintProfile(const PrintRequest& request, const std::optional<std::string>& description) {
   bool printed = false;
-  procedure(":PrintProfile:", [&] { asPrintingError([&] { printed = printPage(request, description); }); });
+  printingProcedure(":PrintProfile:", [&] { printed = printPage(request, description); });
   return printed;
 }
 
 bool FrmProfile::PrintProfileOn(const std::string& printer, std::int32_t copies, std::int32_t orientation,
                                 const std::optional<std::string>& description) {
   bool printed = false;
-  procedure(":PrintProfile:", [&] {
-    asPrintingError([&] {
-      if (orientation != 1 && orientation != 2)
-        throw RuntimeError(kInvalidCall, "The orientation is neither 1 (portrait) nor 2 (landscape)");
-      const PrintRequest request =
-          printing().request(printer, copies, static_cast<PageOrientation>(orientation));
-      printed = printPage(request, description);
-    });
+  printingProcedure(":PrintProfile:", [&] {
+    if (orientation != 1 && orientation != 2)
+      throw RuntimeError(PrintService::kInvalidCall,
+                         "The orientation is neither 1 (portrait) nor 2 (landscape)");
+    const PrintRequest request =
+        requirePrinting().request(printer, copies, static_cast<PageOrientation>(orientation));
+    printed = printPage(request, description);
   });
   return printed;
 }
 
 bool FrmProfile::printPage(const PrintRequest& request, const std::optional<std::string>& description) {
-  PrintService& service = printing();
+  requirePrinting();
   if (!readyToPrint()) return false;
   trapped_.step(1);
   const std::optional<std::string> wanted = wantedDescription(description);
   // While it was asked for, the host may have done anything to the view.
   if (!wanted || unloaded_ || !readyToPrint()) return false;
-  const Hourglass hourglass(*services_.pointer);
-  const std::optional<MadePage> made = makePage(request.paper, *wanted);
-  if (!made) return false;
-  trapped_.step(7);
-  service.print(request, *made->page, made->document);
+  const std::optional<MadePage> sent = sendPage(request, *wanted);
+  if (!sent) return false;
+  if (sent->descriptionCut && !unloaded_)
+    services_.dialogs->message({kDescriptionCut, {}, MessageIcon::kInformation, MessageButtons::kOk});
   return true;
+}
+
+// The page that was printed, if any.
+std::optional<FrmProfile::MadePage> FrmProfile::sendPage(const PrintRequest& request,
+                                                         const std::string& description) {
+  const Hourglass hourglass(*services_.pointer);
+  std::optional<MadePage> made = makePage(request.paper, description);
+  if (!made) return std::nullopt;
+  trapped_.step(7);
+  requirePrinting().print(request, *made->page, made->document);
+  return made;
 }
 
 // ---- Description ----
@@ -304,7 +286,7 @@ std::optional<std::string> FrmProfile::askForDescription() {
   const QPointer<FrmPrtDesc> dialog = new FrmPrtDesc(std::move(services), this);
   showModally(*dialog);
   if (dialog.isNull()) return std::nullopt;
-  const std::optional<std::string> outcome = dialog->outcome();
+  std::optional<std::string> outcome = dialog->outcome();
   delete dialog.data();
   return outcome;
 }
@@ -315,10 +297,10 @@ std::string FrmProfile::storedDescription() const {
 
 // A text that cannot be stored is told, and printed all the same.
 void FrmProfile::storeDescription(const std::string& description) {
-  const Setting& setting = settings::kPrintDescription;
-  procedure(":PrintProfile:", [&] {
+  printingProcedure(":PrintProfile:", [&] {
     trapped_.step(1);
-    asPrintingError([&] { services_.host->WriteSetting(setting.section, setting.key, description); });
+    services_.host->WriteSetting(settings::kPrintDescription.section, settings::kPrintDescription.key,
+                                 description);
   });
 }
 
@@ -332,8 +314,9 @@ void FrmProfile::showModally(QDialog& dialog) {
 
 // ---- Menu ----
 
-std::optional<PrintRequest> FrmProfile::chooseRequest(PageOrientation orientation) {
-  std::optional<PrintRequest> request = printing().choose(orientation);
+std::optional<PrintRequest> FrmProfile::chooseRequest(PageOrientation orientation,
+                                                      const std::optional<PaperFormat>& paper) {
+  std::optional<PrintRequest> request = requirePrinting().choose(orientation, paper);
   if (!request || unloaded_) return std::nullopt;
   trapped_.step(2);
   services_.eventLoop->processPending();
@@ -343,27 +326,23 @@ std::optional<PrintRequest> FrmProfile::chooseRequest(PageOrientation orientatio
 }
 
 void FrmProfile::mnuPrint_Click() {
-  procedure(":mnuPrint_Click:", [this] {
-    asPrintingError([this] {
-      printing();
-      if (!readyToPrint()) return;
-      trapped_.step(1);
-      const bool landscape = services_.module->printLandscape;
-      const auto request =
-          chooseRequest(landscape ? PageOrientation::kLandscape : PageOrientation::kPortrait);
-      if (request) PrintProfile(*request);
-    });
+  printingProcedure(":mnuPrint_Click:", [this] {
+    requirePrinting();
+    if (!readyToPrint()) return;
+    trapped_.step(1);
+    const bool landscape = services_.module->printLandscape;
+    const auto request =
+        chooseRequest(landscape ? PageOrientation::kLandscape : PageOrientation::kPortrait, std::nullopt);
+    if (request) PrintProfile(*request);
   });
 }
 
 // ---- Preview ----
 
 void FrmProfile::mnuPrintPreview_Click() {
-  procedure(":mnuPrintPreview_Click:", [this] {
-    asPrintingError([this] {
-      printing();
-      if (readyToPrint()) showPreview();
-    });
+  printingProcedure(":mnuPrintPreview_Click:", [this] {
+    requirePrinting();
+    if (readyToPrint()) showPreview();
   });
 }
 
@@ -371,33 +350,30 @@ void FrmProfile::showPreview() {
   PrintPreview::Services services;
   services.makePage = [this](const PaperFormat& paper, const std::string& description) {
     std::optional<PreviewedPage> previewed;
-    procedure(":mnuPrintPreview_Click:", [&] {
-      asPrintingError([&] {
-        if (!readyToPrint()) return;
-        std::optional<MadePage> made = makePage(paper, description);
-        if (made) previewed = PreviewedPage{std::move(made->page), made->descriptionCut};
-      });
+    printingProcedure(":mnuPrintPreview_Click:", [&] {
+      if (!readyToPrint()) return;
+      std::optional<MadePage> made = makePage(paper, description);
+      if (made) previewed = PreviewedPage{std::move(made->page), made->descriptionCut};
     });
     return previewed;
   };
   services.papers = [this](PageOrientation orientation) {
     std::vector<PaperFormat> papers = usualPapers(orientation);
-    procedure(":mnuPrintPreview_Click:", [&] {
-      asPrintingError([&] { papers = papersBeside(printing().paper(orientation), orientation).all; });
-    });
+    printingProcedure(":mnuPrintPreview_Click:",
+                      [&] { papers = papersBeside(requirePrinting().paper(orientation), orientation).all; });
     return papers;
   };
-  services.print = [this](PageOrientation orientation, const std::string& description) {
-    return printFromPreview(orientation, description);
+  services.print = [this](const PaperFormat& paper, PageOrientation orientation,
+                          const std::string& description) {
+    return printFromPreview(paper, orientation, description);
   };
-  services.savePdf = [this](const PaperFormat& paper, PageOrientation orientation,
-                            const std::string& description) {
-    return savePreviewed(paper, orientation, description);
+  services.savePdf = [this](const PaperFormat& paper, const std::string& description) {
+    return savePreviewed(paper, description);
   };
   const ModuleState& component = *services_.module;
   PrintPreview::Start start;
   if (component.printLandscape) start.orientation = PageOrientation::kLandscape;
-  start.paper = papersBeside(printing().paper(start.orientation), start.orientation).own;
+  start.paper = papersBeside(requirePrinting().paper(start.orientation), start.orientation).own;
   start.description = component.printDescriptionSet ? component.printDescription : storedDescription();
 
   const QPointer<PrintPreview> preview = new PrintPreview(std::move(services), start, this);
@@ -405,34 +381,31 @@ void FrmProfile::showPreview() {
   delete preview.data();
 }
 
-bool FrmProfile::printFromPreview(PageOrientation orientation, const std::string& description) {
+bool FrmProfile::printFromPreview(const PaperFormat& paper, PageOrientation orientation,
+                                  const std::string& description) {
   bool printed = false;
-  procedure(":mnuPrint_Click:", [&] {
-    asPrintingError([&] {
-      trapped_.step(1);
-      const std::optional<PrintRequest> request = chooseRequest(orientation);
-      printed = request && printPreviewed(*request, description);
-    });
+  printingProcedure(":mnuPrint_Click:", [&] {
+    trapped_.step(1);
+    const std::optional<PrintRequest> request = chooseRequest(orientation, paper);
+    printed = request && printPreviewed(*request, description);
   });
   return printed;
 }
 
-std::string FrmProfile::savePreviewed(const PaperFormat& paper, PageOrientation orientation,
-                                      const std::string& description) {
-  std::string path;
-  procedure(":mnuPrintPreview_Click:", [&] {
-    asPrintingError([&] {
-      trapped_.step(1);
-      path = chosenSavePath(*services_.dialogs,
-                            {"Save to PDF File", ".pdf", "PDF Document (*.pdf)|*.pdf", true, true});
-      if (unloaded_ || path.empty()) return path.clear();
-      if (!printPreviewed({{}, path, 1, orientation, paper}, description)) path.clear();
-    });
+std::string FrmProfile::savePreviewed(const PaperFormat& paper, const std::string& description) {
+  std::string saved;
+  printingProcedure(":mnuPrintPreview_Click:", [&] {
+    trapped_.step(1);
+    const std::string path = chosenSavePath(
+        *services_.dialogs, {"Save to PDF File", ".pdf", "PDF Document (*.pdf)|*.pdf", true, true});
+    if (unloaded_ || path.empty()) return;
+    if (printPreviewed({{}, path, 1, paper}, description)) saved = path;
   });
-  return path;
+  return saved;
 }
 
-// The host's own description is no one's to be stored.
+// A description that the host has set, and that was not changed in the preview, does not take the place of
+// the one that the user has stored.
 bool FrmProfile::printPreviewed(const PrintRequest& request, const std::string& description) {
   if (!PrintProfile(request, description) || unloaded_) return false;
   const ModuleState& component = *services_.module;

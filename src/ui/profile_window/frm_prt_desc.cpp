@@ -78,7 +78,8 @@ void FrmPrtDesc::makeControls() {
 void FrmPrtDesc::Form_Load() {
   bool read = false;
   procedure(":Form_Load:", [&] {
-    const QString stored = QString::fromStdString(services_.storedDescription());
+    stored_ = services_.storedDescription();
+    const QString stored = QString::fromStdString(stored_);
     txtDescription_->setMaxLength(std::max(kLongestDescription, static_cast<int>(stored.size())));
     txtDescription_->setText(stored);
     txtDescription_->selectAll();
@@ -93,7 +94,9 @@ void FrmPrtDesc::Form_Load() {
 
 void FrmPrtDesc::cmdOK_Click() {
   procedure(":cmdOK_Click:", [this] {
-    outcome_ = txtDescription_->text().toStdString();
+    // Left as it is, it stays as it was stored, also where the box could not show it.
+    const QString text = txtDescription_->text();
+    outcome_ = text == QString::fromStdString(stored_) ? stored_ : text.toStdString();
     accept();
   });
 }

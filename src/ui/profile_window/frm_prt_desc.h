@@ -38,7 +38,6 @@ class FrmPrtDesc final : public QDialog {
   explicit FrmPrtDesc(Services services, QWidget* parent = nullptr);
   ~FrmPrtDesc() override;
 
-  bool isUnloaded() const { return unloaded_; }
   // The text of OK, empty for None. Nothing as long as neither was clicked: the print is not wanted.
   const std::optional<std::string>& outcome() const { return outcome_; }
 
@@ -64,6 +63,7 @@ class FrmPrtDesc final : public QDialog {
   Services services_;
   TrappedModule trapped_;
   QLineEdit* txtDescription_ = nullptr;
+  std::string stored_;
   std::optional<std::string> outcome_;
   bool shown_ = false;
   bool unloaded_ = false;

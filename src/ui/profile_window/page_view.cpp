@@ -1,5 +1,6 @@
 #include "ui/profile_window/page_view.h"
 
+#include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -8,13 +9,15 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/paper.h"
+
 namespace zel {
 namespace {
 
-constexpr double kTwipsPerInch = 1440;
 constexpr double kStep = 1.25;  // from one zoom to the next
 constexpr int kMargin = 12;     // logical pixels around the sheet
 constexpr int kShadow = 3;      // logical pixels
+constexpr int kFocusFrame = 2;  // logical pixels
 constexpr int kNotch = 120;     // of the wheel, eighths of a degree
 
 }  // namespace
@@ -101,7 +104,13 @@ void PageView::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   painter.setClipRegion(event->region());
   painter.fillRect(event->rect(), palette().color(QPalette::Mid));
-  if (!page_) return;
+  if (page_) paintSheet(painter);
+  if (!hasFocus()) return;
+  painter.setPen(QPen(palette().color(QPalette::Highlight), kFocusFrame));
+  painter.drawRect(QRectF(viewport()->rect()).adjusted(1, 1, -1, -1));
+}
+
+void PageView::paintSheet(QPainter& painter) {
   const QRectF sheet = sheetRectangle();
   painter.fillRect(sheet.translated(kShadow, kShadow), palette().color(QPalette::Shadow));
   painter.fillRect(sheet, Qt::white);
@@ -112,6 +121,23 @@ void PageView::paintEvent(QPaintEvent* event) {
 void PageView::resizeEvent(QResizeEvent* event) {
   QAbstractScrollArea::resizeEvent(event);
   layOut();
+}
+
+void PageView::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+}
+
+void PageView::focusOutEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusOutEvent(event);
+  viewport()->update();
+}
+
+void PageView::keyPressEvent(QKeyEvent* event) {
+  QScrollBar& bar = *verticalScrollBar();
+  if (event->key() == Qt::Key_Home) return bar.setValue(bar.minimum());
+  if (event->key() == Qt::Key_End) return bar.setValue(bar.maximum());
+  QAbstractScrollArea::keyPressEvent(event);
 }
 
 void PageView::wheelEvent(QWheelEvent* event) {

@@ -21,6 +21,7 @@ class PageView final : public QAbstractScrollArea {
 
   // Null shows the ground alone. Zoom and place stay.
   void setPage(std::unique_ptr<PrintedPage> page);
+  bool hasPage() const { return page_ != nullptr; }
   const PrintedPage* page() const { return page_.get(); }
 
   double zoom() const { return zoom_; }
@@ -39,10 +40,14 @@ class PageView final : public QAbstractScrollArea {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
 
  private:
+  void paintSheet(QPainter& painter);
   QSizeF sizeAt(double zoom) const;
   double fittingZoom() const;
   void zoomAbout(double zoom, QPointF kept);

@@ -114,6 +114,7 @@ void PrintPreview::makeControls(const Start& start) {
   lblStatus_->setObjectName(QStringLiteral("lblStatus"));
   lblStatus_->setTextFormat(Qt::PlainText);
   lblStatus_->setWordWrap(true);
+  lblStatus_->setMinimumHeight(2 * lblStatus_->fontMetrics().lineSpacing());
   cmdPrint_ = makeButton("cmdPrint", tr("&Print..."), tr("Print"),
                          tr("Choose a printer and print the page (Ctrl+P)"));
   cmdSavePdf_ = makeButton("cmdSavePdf", tr("&Save as PDF..."), tr("Save as PDF"),
@@ -156,7 +157,10 @@ void PrintPreview::layOutControls() {
 }
 
 void PrintPreview::connectControls() {
-  connect(txtDescription_, &QLineEdit::textChanged, this, [this] { showPage(); });
+  // A page that failed once would fail, and show its box, at each key.
+  connect(txtDescription_, &QLineEdit::textChanged, this, [this] {
+    if (view_->hasPage()) showPage();
+  });
   connect(cboPaper_, &QComboBox::activated, this, [this] { showPage(); });
   connect(cboOrientation_, &QComboBox::activated, this, [this] {
     fillPapers(static_cast<std::size_t>(std::max(0, cboPaper_->currentIndex())));
@@ -209,7 +213,7 @@ bool PrintPreview::showPage() {
   const bool seen = made.has_value();
   descriptionCut_ = seen && made->descriptionCut;
   view_->setPage(seen ? std::move(made->page) : nullptr);
-  showStatus(seen ? QString() : tr("The page could not be drawn."));
+  showStatus(seen ? QString() : tr("The page could not be drawn; choose a paper to try again."));
   for (QPushButton* button : {cmdPrint_, cmdSavePdf_}) button->setEnabled(seen);
   return seen;
 }
@@ -225,14 +229,14 @@ void PrintPreview::showStatus(const QString& what, const QString& tip) {
 // It may be gone by the time they return: with the window under it.
 void PrintPreview::cmdPrint_Click() {
   const QPointer<PrintPreview> self(this);
-  const bool printed = services_.print(orientation(), description());
+  const bool printed = services_.print(paper(), orientation(), description());
   if (self.isNull() || !isVisible()) return;
   showStatus(printed ? tr("Printed.") : QString());
 }
 
 void PrintPreview::cmdSavePdf_Click() {
   const QPointer<PrintPreview> self(this);
-  const QString path = QString::fromStdString(services_.savePdf(paper(), orientation(), description()));
+  const QString path = QString::fromStdString(services_.savePdf(paper(), description()));
   if (self.isNull() || !isVisible()) return;
   showStatus(path.isEmpty() ? QString() : tr("Saved as %1").arg(QFileInfo(path).fileName()), path);
 }

@@ -38,10 +38,10 @@ class PrintPreview final : public QDialog {
     std::function<std::optional<PreviewedPage>(const PaperFormat&, const std::string& description)> makePage;
     // What there is to choose from, never empty.
     std::function<std::vector<PaperFormat>(PageOrientation)> papers;
-    // By the printer dialog; whether it was printed.
-    std::function<bool(PageOrientation, const std::string& description)> print;
+    // By the printer dialog, which begins with them; whether it was printed.
+    std::function<bool(const PaperFormat&, PageOrientation, const std::string& description)> print;
     // Asks for the file; its path, empty when nothing was written.
-    std::function<std::string(const PaperFormat&, PageOrientation, const std::string& description)> savePdf;
+    std::function<std::string(const PaperFormat&, const std::string& description)> savePdf;
   };
   struct Start {
     PageOrientation orientation = PageOrientation::kPortrait;
