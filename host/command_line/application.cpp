@@ -1,5 +1,7 @@
 #include "command_line/application.h"
 
+#include <stdlib.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -14,6 +16,8 @@ std::string stateFolder() {
   return home != nullptr && *home == '/' ? std::string(home) + "/.local/state/terrain-profiler"
                                          : std::string();
 }
+
+void withoutDisplay() { setenv("QT_QPA_PLATFORM", "offscreen", 1); }
 
 std::unique_ptr<ProfileControl> bindComponent() {
   const std::string folder = stateFolder();

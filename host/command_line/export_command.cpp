@@ -1,6 +1,4 @@
 // export: the files of the profile window's "Export" menu, without a window.
-#include <stdlib.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <iostream>
@@ -11,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command_line/application.h"
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
 #include "command_line/gnuplot.h"
@@ -287,8 +286,7 @@ void runExport(const ExportOptions& options, const KindOfExport& kind) {
   checkOutput(options, kind);
   std::vector<std::string> notes;
   PathExportRequest request = requestOf(options, kind, notes);
-  // Nothing is shown, so no display is asked for, also where one is set that cannot be reached.
-  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  withoutDisplay();
   if (kind.kind == PathExportKind::kSignalGraph)
     if (const auto gnuplot = provideGnuplot()) notes.push_back(*gnuplot);
   std::optional<PassingFile> passing;

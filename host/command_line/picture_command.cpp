@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command_line/application.h"
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
 #include "command_line/output.h"
@@ -246,8 +247,7 @@ void checkLossTableOptions(const PathOptions& path) {
 void runPicture(const PictureOptions& options) {
   checkOutputs(options);
   if (options.lossTable) checkLossTableOptions(options.path);
-  // Nothing is shown, so no display is asked for, also where one is set that cannot be reached.
-  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  withoutDisplay();
   if (options.lossTable)
     writePicture(renderLossTableImage(requestOf<LossTableImageRequest>(options)), options, &lossTableJson);
   else

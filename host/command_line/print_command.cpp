@@ -1,10 +1,9 @@
 // print: the printed page of a path as a PDF, without a window.
-#include <stdlib.h>
-
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "command_line/application.h"
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
 #include "command_line/output.h"
@@ -18,8 +17,6 @@
 namespace zel::host {
 namespace {
 
-constexpr int kMostCopies = 999;
-
 struct PrintOptions {
   PathOptions path;
   std::string output, description;
@@ -30,8 +27,8 @@ struct PrintOptions {
 
 std::string copiesProblem(const std::string& text) {
   int copies = 0;
-  if (readWhole(text, copies) && copies >= 1 && copies <= kMostCopies) return {};
-  return "\"" + text + "\" is not a whole number from 1 to " + std::to_string(kMostCopies);
+  if (readWhole(text, copies) && copies >= 1 && copies <= kMostPageCopies) return {};
+  return "\"" + text + "\" is not a whole number from 1 to " + std::to_string(kMostPageCopies);
 }
 
 void checkOutput(const std::string& output) {
@@ -82,8 +79,7 @@ void printSummary(const PathPage& page, const PrintOptions& options) {
 void runPrint(const PrintOptions& options) {
   checkOutput(options.output);
   PathPageRequest request = requestOf(options);
-  // Nothing is shown, so no display is asked for, also where one is set that cannot be reached.
-  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  withoutDisplay();
   std::optional<PassingFile> passing;
   if (options.output == "-") request.file = passing.emplace().path();
   const PathPage page = printPath(request);

@@ -1,6 +1,6 @@
 // The printed page of the profile window, made without the window.
 //
-// It is the page that the window would print for the same path, settings and locale, as a PDF: vectors, texts
+// It is the page that the window would print for the same path and settings, as a PDF: vectors, texts
 // that can be selected, embedded fonts. The function belongs to the thread of the ProfileControl objects,
 // handles no events, shows no box and writes to no log. Without a bound host it uses the settings of the
 // component's own application object, "zelProfiler01". Texts need a graphical application: in a process that
@@ -24,6 +24,8 @@ namespace zel {
 
 enum class PagePaper : std::uint8_t { kA4, kLetter };
 
+inline constexpr std::int32_t kMostPageCopies = 999;
+
 struct PathPageRequest : PathViewRequest {
   std::string file;  // written whole or not at all; one that is there is replaced
   // UTF-8 of any length; none when empty. Bytes that are none and control characters are replaced and noted.
@@ -31,7 +33,7 @@ struct PathPageRequest : PathViewRequest {
   std::string description;
   PagePaper paper = PagePaper::kA4;
   bool landscape = false;
-  std::int32_t copies = 1;  // pages of the document, 1 to 999
+  std::int32_t copies = 1;  // pages of the document, 1 to kMostPageCopies
 };
 
 struct PathPage {

@@ -55,7 +55,7 @@ def check_step(program, step, folder, environment):
         with open(path, "w", encoding="utf-8") as file:
             file.write(content)
     for name, value in step.get("env", {}).items():
-        environment = dict(environment, **{name: value or ""})
+        environment = dict(environment, **{name: fill(value or "")})
         if value is None:
             del environment[name]
     with open(step["to"], "w", encoding="utf-8") if "to" in step else contextlib.nullcontext(subprocess.PIPE) as out:

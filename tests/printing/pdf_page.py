@@ -56,14 +56,16 @@ class PdfPage:
             lines.append([Text(words) for words in texts])
         return lines
 
-    def pixels(self, dpi):
-        """Width, height and the rows of a rendering without antialiasing, three bytes a pixel."""
+    def pixels(self, dpi, left, width):
+        """The rows of an upright strip of the page, from its top to its bottom: a rendering without antialiasing, three bytes a
+        pixel. The strip is `width` pixels wide and begins at pixel `left`."""
         picture = output_of("pdftoppm", "-r", str(dpi), "-aa", "no", "-aaVector", "no", "-f", str(self.number), "-l",
-                            str(self.number), self.path)
+                            str(self.number), "-x", str(left), "-W", str(width), self.path)
         kind, size, depth, data = picture.split(b"\n", 3)
         assert (kind, depth) == (b"P6", b"255"), "no pixels"
-        width, height = (int(x) for x in size.split())
-        return width, height, [data[y * width * 3:(y + 1) * width * 3] for y in range(height)]
+        given, height = (int(x) for x in size.split())
+        assert given == width, "the strip is not as wide as asked for"
+        return [data[y * width * 3:(y + 1) * width * 3] for y in range(height)]
 
 
 def facts(path):

@@ -13,77 +13,68 @@
 #include "component/api/windowless_view.h"
 #include "component/services/output_file.h"
 #include "foundation/number_text.h"
+#include "foundation/utf8.h"
+#include "platform/print_service.h"
 #include "profile/path_loss/modeled_loss.h"
 #include "ui/page/page_content.h"
 #include "ui/page/page_drawing.h"
 #include "ui/page/page_origin.h"
+#include "ui/page/wrap_text.h"
 #include "zel/path_export.h"
 #include "zel/path_page.h"
 
 namespace zel {
 namespace {
 
-constexpr std::int32_t kMostCopies = 999;
-constexpr double kTwipsToMm = 25.4 / 1440;
+static_assert(kMostPageCopies == PrintService::kMostCopies);
+
+constexpr double kTwipsToMm = 25.4 / kTwipsPerInch;
 
 PaperFormat paperOf(const PathPageRequest& request) {
-  PaperFormat paper;
-  if (request.paper == PagePaper::kLetter) {
-    paper.name = "Letter";
-    paper.width = 12240;
-    paper.height = 15840;
-  }
-  if (request.landscape) std::swap(paper.width, paper.height);
-  return paper;
+  const PaperFormat paper = request.paper == PagePaper::kLetter ? letterPaper() : a4Paper();
+  return lying(paper, request.landscape ? PageOrientation::kLandscape : PageOrientation::kPortrait);
 }
 
-// The bytes of the character that the text begins with; 0 when it begins with none (RFC 3629: no overlong
-// form, no surrogate, nothing above U+10FFFF).
-std::size_t leadingCharacter(std::string_view text) {
-  const auto byte = [&text](std::size_t i) {
-    return static_cast<unsigned>(static_cast<unsigned char>(text[i]));
-  };
-  const unsigned first = byte(0);
-  if (first < 0x80U) return 1;
-  const std::size_t length = first >= 0xF0U ? 4 : first >= 0xE0U ? 3 : 2;
-  if (first < 0xC2U || first > 0xF4U || text.size() < length) return 0;
-  for (std::size_t i = 1; i < length; ++i)
-    if ((byte(i) & 0xC0U) != 0x80U) return 0;
-  const unsigned second = byte(1);
-  const bool excluded = (first == 0xE0U && second < 0xA0U) || (first == 0xEDU && second > 0x9FU) ||
-                        (first == 0xF0U && second < 0x90U) || (first == 0xF4U && second > 0x8FU);
-  return excluded ? 0 : length;
-}
-
-bool isControl(char character) {
-  const auto code = static_cast<unsigned char>(character);
-  return (code < 0x20 && code != '\n' && code != '\r' && code != '\t') || code == 0x7F;
-}
-
+// In valid UTF-8, so that it can be printed.
 struct Printable {
   std::string text;
   bool replaced = false;  // bytes that are no UTF-8, by U+FFFD
-  bool blanked = false;   // control characters, by blanks
 };
 
 Printable printable(std::string_view text) {
   Printable result;
   result.text.reserve(text.size());
   while (!text.empty()) {
-    const std::size_t length = leadingCharacter(text);
-    const bool control = length == 1 && isControl(text.front());
+    const std::size_t length = utf8SequenceLength(text);
     if (length == 0) {
       result.text += "\xEF\xBF\xBD";
       result.replaced = true;
-    } else if (control) {
-      result.text += ' ';
-      result.blanked = true;
     } else {
       result.text += text.substr(0, length);
     }
     text.remove_prefix(std::max<std::size_t>(length, 1));
   }
   return result;
+}
+
+// Of those that are printed as blanks; a tab is one.
+bool hasControlCharacter(std::string_view text) {
+  bool found = false;
+  forEachCharacter(text, [&found](std::string_view character) {
+    found |= isPrintedAsBlank(character) && character != " " && character != "\t";
+  });
+  return found;
+}
+
+// Runs the work. What fails in it is refused with this status, but for a lack of memory.
+template <typename Work>
+auto orRefuse(int status, const std::string& beginning, Work&& work) {
+  try {
+    return work();
+  } catch (const RuntimeError& error) {
+    if (error.number() == RuntimeError::outOfMemory().number()) throw;
+    throw Refusal{beginning + error.description(), status};
+  }
 }
 
 class WindowlessPage {
@@ -123,20 +114,17 @@ class WindowlessPage {
 
   void checkRequest() const {
     if (request_.file.empty()) throw Refusal{"no file is named for the page"};
-    if (request_.copies < 1 || request_.copies > kMostCopies)
+    if (request_.copies < 1 || request_.copies > kMostPageCopies)
       throw Refusal{"there would be " + std::to_string(request_.copies) + " copies; give 1 to " +
-                    std::to_string(kMostCopies)};
+                    std::to_string(kMostPageCopies)};
   }
 
   void print() {
     requirePictureApplication();
-    try {
-      const OutputFile file(request_.file);
-      file.write(document());
-    } catch (const RuntimeError& error) {
-      if (error.number() == RuntimeError::outOfMemory().number()) throw;
-      throw Refusal{error.description(), kPathExportFailed};
-    }
+    std::optional<OutputFile> file;
+    orRefuse(kPathExportFailed, "", [&] { file.emplace(request_.file); });
+    const std::string page = document();
+    orRefuse(kPathExportFailed, "", [&] { file->write(page); });
   }
 
   std::string document() {
@@ -147,9 +135,13 @@ class WindowlessPage {
     const PageContent content = pageContent(
         state(), [this](std::string_view control) { return view_.shownText(control); },
         pageOrigin(component_.host(), component_.clock(), view_.module().datumText), description());
+    return orRefuse(kRequestRefused, "the page cannot be drawn: ", [&] { return documentOf(content); });
+  }
+
+  std::string documentOf(const PageContent& content) {
     PrintedPage page(paper_.width, paper_.height);
-    const DrawnPage drawn = drawPage(page, paper_, content, [this](Canvas& box, PlotScale& scale) {
-      scale = view_.drawForPage(box);
+    const DrawnPage drawn = drawPage(page, paper_, content, [this](Canvas& box) {
+      view_.drawForPage(box);
       return true;
     });
     if (drawn.descriptionCut) {
@@ -164,7 +156,7 @@ class WindowlessPage {
     if (given.replaced)
       result_.notes.push_back(
           "the description has bytes that are not UTF-8, which are printed as \xEF\xBF\xBD");
-    if (given.blanked)
+    if (hasControlCharacter(given.text))
       result_.notes.push_back("the description has control characters, which are printed as blanks");
     return std::move(given.text);
   }
@@ -175,9 +167,8 @@ class WindowlessPage {
     if (!state().model) return;
     if (!isModelFrequency(state().inputs.frequency)) {
       result_.warnings.push_back("the frequency of " + generalNumber(decimalValue(state().inputs.frequency)) +
-                                 " MHz is outside 20 to 20000 MHz, for which the model is meant: the modeled "
-                                 "loss is printed as " +
-                                 view_.readouts().text(readout::kModeledLoss));
+                                 " MHz is outside 20 to 20000 MHz, for which the model is meant: "
+                                 "there is no modeled loss");
       return;
     }
     result_.model = takeModelInputs(view_.inputs(), SettingsUser::kWindow, result_.notes, result_.warnings);

@@ -128,7 +128,10 @@ void storeSetting(std::string_view section, std::string_view key, std::string_vi
 }
 
 void overrideSetting(std::string_view section, std::string_view key, std::string_view value) {
-  readyComponent().settings().overlay(section, key, value);
+  Component& component = readyComponent();
+  component.settings().overlay(section, key, value);
+  // What is read when a host is bound.
+  component.host().RefreshTexts();
 }
 
 std::string settingsFile() {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "canvas/qt/fonts.h"
 #include "component/api/terrain_provenance.h"
 #include "component/desktop/picture_application.h"
 #include "component/own_application.h"
@@ -36,10 +37,14 @@ QuietTrap::QuietTrap(Component& component)
       module("frmProfile", trap) {}
 
 void requirePictureApplication() {
-  if (ensurePictureApplication()) return;
-  throw Refusal{
-      "the process has an application object without graphics, so texts cannot be drawn; make it a "
-      "QGuiApplication or a QApplication"};
+  if (!ensurePictureApplication())
+    throw Refusal{
+        "the process has an application object without graphics, so texts cannot be drawn; make it a "
+        "QGuiApplication or a QApplication"};
+  if (!fontsAreThere())
+    throw Refusal{
+        "the system has no font, so texts cannot be drawn; install one, such as the package "
+        "fonts-liberation"};
 }
 
 WindowlessView::WindowlessView(Component& component, const PathViewRequest& request, Wording wording,
@@ -266,14 +271,13 @@ void WindowlessView::draw(Canvas& canvas) {
   requireDrawing(!state_.flags.resample && state_.expanded == request_.expanded.has_value());
 }
 
-PlotScale WindowlessView::drawForPage(Canvas& canvas) {
+void WindowlessView::drawForPage(Canvas& canvas) {
   PlotProcedures::Services services = drawingServices(canvas);
   services.style = pageStyle();
   services.names = kPrintProcedures;
   PlotProcedures page(std::move(services), inputs_.settings(), state_);
   page.drawLine();
   requireDrawing(page.hasDrawn());
-  return page.view().scale;
 }
 
 void WindowlessView::requireDrawing(bool drawn) const {

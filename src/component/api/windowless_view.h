@@ -18,6 +18,7 @@
 #include "component/desktop/desktop_process.h"
 #include "component/services/error_log.h"
 #include "component/services/error_trap.h"
+#include "component/services/hourglass.h"
 #include "profile/path/path_geometry.h"
 #include "profile/view_state/profile_procedures.h"
 #include "profile/view_state/profile_readouts.h"
@@ -36,11 +37,6 @@ class KeptMessages final : public Dialogs {
   std::string save(const SaveDialogRequest&) override;
 
   std::vector<std::string> texts;  // their first lines
-};
-
-class NoPointer final : public Pointer {
- public:
-  void set(PointerShape) override {}
 };
 
 // The caller's events are the caller's: none is handled in the midst of its call.
@@ -104,7 +100,7 @@ class WindowlessView {
   void draw(Canvas& canvas);
 
   // The view that was drawn, as the window prints it, into another canvas. The scale that it has there.
-  PlotScale drawForPage(Canvas& canvas);
+  void drawForPage(Canvas& canvas);
 
   // Of a picture: a plot without height shows nothing.
   void requirePlotHeight() const;
