@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Draws the pictures of the documents anew: profile window, settings dialog, link budget, print preview, loss table.
-# No display is needed, and the same pictures come out each time, but for the time of day in the preview.
+# No display is needed, and the same pictures come out each time.
 #
 #   scripts/screenshots.sh [--program FILE] [FOLDER]
 #

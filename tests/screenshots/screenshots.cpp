@@ -3,9 +3,9 @@
 //
 //     screenshots FOLDER
 //
-// The same files come out each time, but for the time of day on the page of the preview: platform, style,
-// palette, font and scale are fixed, and the settings are the defaults. It needs the font DejaVu Sans. Exit
-// status 0, or 1 with one line on standard error.
+// The same files come out each time: platform, style, palette, font, scale and the time of day are fixed, and
+// the settings are the defaults. It needs the font DejaVu Sans. Exit status 0, or 1 with one line on standard
+// error.
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -21,9 +21,13 @@
 #include <QTimer>
 #include <QWidget>
 #include <cstdio>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
+#include "component/component.h"
+#include "component/desktop/desktop_services.h"
+#include "support/scripted_platform.h"
 #include "support/temporary_folder.h"
 #include "zel/automation.h"
 #include "zel/loss_table_image.h"
@@ -135,6 +139,13 @@ void drawLossTable(const QDir& folder) {
     throw ScreenshotError("cannot write " + file.fileName().toStdString());
 }
 
+// The desktop's own, but that the preview's page bears the same time in every picture.
+ComponentServices servicesAtAFixedTime() {
+  ComponentServices services = makeDesktopServices();
+  services.clock = std::make_shared<test::FixedClock>();
+  return services;
+}
+
 void shootAll(const QDir& folder) {
   const QString family = QStringLiteral("DejaVu Sans");
   if (!QFontDatabase::families().contains(family))
@@ -147,6 +158,8 @@ void shootAll(const QDir& folder) {
   QApplication::setPalette(QApplication::style()->standardPalette());
   QApplication::setCursorFlashTime(0);
   const test::TemporaryFolder logs;
+  Component component(servicesAtAFixedTime());
+  const ComponentSubstitute substitute(component);
   ProfileControl profiler;
   profiler.SetClientApp(makePropertyBag({{"Title", "Terrain Profiler"},
                                          {"Path", logs.path().string()},
