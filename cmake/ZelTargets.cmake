@@ -28,6 +28,11 @@ function(zel_precompiled target)
   endif()
 endfunction()
 
+# zel_unity(<target>): its files are compiled eight at a time, so that large headers are read and unfolded once for them.
+function(zel_unity target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${ZEL_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+endfunction()
+
 # zel_library(<name> SOURCES <files> [DEPENDS <targets>] [PRIVATE_DEPENDS <targets>] [PRECOMPILED <headers>])
 # A static library of one folder, known to the others as zel::<name>.
 function(zel_library name)
@@ -77,17 +82,22 @@ function(zel_test_precompiled)
   target_precompile_headers(test_precompiled PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/precompiled.h)
 endfunction()
 
-# zel_test(<name> SOURCES <files> [DEPENDS <targets>] [PARTS <n>]): one test program, each case known to ctest. With
-# sanitizers the whole program is one test, or so many parts of it: starting it for each case would take longer than the
-# cases.
+# zel_test(<name> SOURCES <files> [DEPENDS <targets>] [PARTS <n>] [FIXTURE <header>]): one test program, each case known to
+# ctest. With sanitizers the whole program is one test, or so many parts of it: starting it for each case would take longer
+# than the cases. A fixture that all of the program's files include is precompiled where the headers of all tests are.
 function(zel_test name)
-  cmake_parse_arguments(ARG "" "PARTS" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "" "PARTS;FIXTURE" "SOURCES;DEPENDS" ${ARGN})
   add_executable(test_${name} ${ARG_SOURCES})
   target_link_libraries(test_${name} PRIVATE ${ARG_DEPENDS})
   zel_test_options(test_${name})
   if(TARGET test_precompiled)
     target_compile_options(test_${name} PRIVATE -fPIC -Xclang -fno-pch-timestamp)
-    target_precompile_headers(test_${name} REUSE_FROM test_precompiled)
+    if(ARG_FIXTURE)
+      target_precompile_headers(test_${name} PRIVATE
+        ${PROJECT_SOURCE_DIR}/tests/support/precompiled.h ${CMAKE_CURRENT_SOURCE_DIR}/${ARG_FIXTURE})
+    else()
+      target_precompile_headers(test_${name} REUSE_FROM test_precompiled)
+    endif()
   endif()
   if(ZEL_SANITIZE)
     if(NOT ARG_PARTS)

@@ -19,7 +19,7 @@ constexpr std::array kAsking = {SIGINT, SIGTERM, SIGHUP};
 volatile std::sig_atomic_t asked = 0;
 std::array<struct sigaction, kAsking.size()> before{};
 
-void note(int signal) { asked = signal; }
+void noteSignal(int signal) { asked = signal; }
 
 }  // namespace
 
@@ -34,7 +34,7 @@ std::string progressText(const std::string& title, std::int32_t done, std::int32
 LongWork::LongWork(std::string title) : title_(std::move(title)), onTerminal_(isatty(STDERR_FILENO) != 0) {
   asked = 0;
   struct sigaction once {};
-  once.sa_handler = note;
+  once.sa_handler = noteSignal;
   once.sa_flags = static_cast<int>(SA_RESETHAND);
   sigemptyset(&once.sa_mask);
   for (std::size_t i = 0; i < kAsking.size(); ++i) {

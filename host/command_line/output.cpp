@@ -68,8 +68,8 @@ class FileBeside {
 
   // The rights of the file that is replaced; of a new one what the user's mask leaves.
   mode_t wantedMode() const {
-    struct stat before {};
-    if (stat(target_.c_str(), &before) == 0) return before.st_mode & 07777U;
+    struct stat replaced {};
+    if (stat(target_.c_str(), &replaced) == 0) return replaced.st_mode & 07777U;
     const mode_t mask = umask(0);
     umask(mask);
     return 0666U & ~mask;

@@ -21,7 +21,7 @@
 namespace zel {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 constexpr std::size_t kLongestMessages = 4096;  // bytes that are kept
 
@@ -181,8 +181,8 @@ class RunningProgram {
     if (!ended_) end();
   }
 
-  ProgramOutcome waitUntil(Clock::time_point latest, const KeepWaiting& keepWaiting) {
-    while (!hasEnded() && Clock::now() < latest && (!keepWaiting || keepWaiting())) listen();
+  ProgramOutcome waitUntil(SteadyClock::time_point latest, const KeepWaiting& keepWaiting) {
+    while (!hasEnded() && SteadyClock::now() < latest && (!keepWaiting || keepWaiting())) listen();
     if (!ended_) end();
     if (messages_.open()) takeMessages(messages_, outcome_.messages);
     return std::move(outcome_);
@@ -283,11 +283,11 @@ pid_t startFirst(const char* path, char* const* arguments, int report) {
 // as long as it lives.
 int readReport(const Descriptor& report) {
   using std::chrono::milliseconds;
-  const auto latest = Clock::now() + std::chrono::seconds(3);
+  const auto latest = SteadyClock::now() + std::chrono::seconds(3);
   pollfd waited{report.get(), POLLIN, 0};
   int ready = 0;
   do {
-    const auto left = std::chrono::duration_cast<milliseconds>(latest - Clock::now());
+    const auto left = std::chrono::duration_cast<milliseconds>(latest - SteadyClock::now());
     ready = ::poll(&waited, 1, static_cast<int>(std::max(left, milliseconds(0)).count()));
   } while (ready < 0 && errno == EINTR);
   if (ready <= 0) return 0;
@@ -301,7 +301,7 @@ int readReport(const Descriptor& report) {
 
 ProgramOutcome DesktopPrograms::run(const ProgramCall& call, std::int32_t milliseconds,
                                     const KeepWaiting& keepWaiting) {
-  const auto latest = Clock::now() + std::chrono::milliseconds(milliseconds);
+  const auto latest = SteadyClock::now() + std::chrono::milliseconds(milliseconds);
   const std::array<int, 2> messages = makePipe(call.program);
   Descriptor read(messages[0]), written(messages[1]);
   const pid_t process = spawn(call, written.get());
