@@ -35,7 +35,7 @@ QPushButton* makeButton(const char* name, const QString& caption, const QString&
 }  // namespace
 
 FrmPrtDesc::FrmPrtDesc(Services services, QWidget* parent)
-    : QDialog(parent), services_(std::move(services)), trapped_(std::string(kName), *services_.trap) {
+    : UnloadedDialog(parent), services_(std::move(services)), trapped_(std::string(kName), *services_.trap) {
   setObjectName(QString::fromUtf8(kName.data(), static_cast<int>(kName.size())));
   setWindowTitle(tr("Print Description"));
   makeControls();
@@ -108,29 +108,10 @@ void FrmPrtDesc::cmdNone_Click() {
   });
 }
 
-void FrmPrtDesc::unload() {
-  if (std::exchange(unloaded_, true)) return;
+void FrmPrtDesc::Form_Unload() {
   procedure(":Form_Unload:", [this] {
-    // One that never came up has no place of its own.
-    if (shown_ && services_.storePlace) services_.storePlace(*this, kName);
+    if (hasBeenShown() && services_.storePlace) services_.storePlace(*this, kName);
   });
-}
-
-int FrmPrtDesc::exec() { return unloaded_ ? int{Rejected} : QDialog::exec(); }
-
-void FrmPrtDesc::done(int result) {
-  unload();
-  QDialog::done(result);
-}
-
-void FrmPrtDesc::setVisible(bool visible) {
-  if (visible) {
-    if (unloaded_) return;
-    shown_ = true;
-  } else {
-    unload();
-  }
-  QDialog::setVisible(visible);
 }
 
 }  // namespace zel

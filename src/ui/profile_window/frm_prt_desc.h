@@ -8,13 +8,13 @@
 // It stores nothing itself: the page routine takes the outcome and writes it back.
 #pragma once
 
-#include <QDialog>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "component/services/error_trap.h"
+#include "ui/dialog/unloaded_dialog.h"
 
 class QLineEdit;
 
@@ -23,7 +23,7 @@ namespace zel {
 // Characters of a description that can be typed. A longer one that is stored is offered whole.
 inline constexpr int kLongestDescription = 4000;
 
-class FrmPrtDesc final : public QDialog {
+class FrmPrtDesc final : public UnloadedDialog {
  public:
   static constexpr std::string_view kName = "frmPrtDesc";
 
@@ -41,10 +41,6 @@ class FrmPrtDesc final : public QDialog {
   // The text of OK, empty for None. Nothing as long as neither was clicked: the print is not wanted.
   const std::optional<std::string>& outcome() const { return outcome_; }
 
-  int exec() override;
-  void done(int result) override;
-  void setVisible(bool visible) override;
-
  private:
   template <typename Body>
   bool procedure(std::string_view name, Body&& body) {
@@ -58,15 +54,13 @@ class FrmPrtDesc final : public QDialog {
   void Form_Load();
   void cmdOK_Click();
   void cmdNone_Click();
-  void unload();
+  void Form_Unload() override;
 
   Services services_;
   TrappedModule trapped_;
   QLineEdit* txtDescription_ = nullptr;
   std::string stored_;
   std::optional<std::string> outcome_;
-  bool shown_ = false;
-  bool unloaded_ = false;
 };
 
 }  // namespace zel

@@ -66,7 +66,7 @@ class ButtonsDisabled {
 
 FrmOptionsProfile::FrmOptionsProfile(Services services, const SettingsReader& reader,
                                      const SettingsWriter& writer, QWidget* parent)
-    : QDialog(parent),
+    : UnloadedDialog(parent),
       services_(std::move(services)),
       reader_(reader),
       writer_(writer),
@@ -127,31 +127,12 @@ void FrmOptionsProfile::load() {
   if (!read) unload();
 }
 
-void FrmOptionsProfile::unload() {
-  if (std::exchange(unloaded_, true)) return;
+void FrmOptionsProfile::Form_Unload() {
   procedure(":Form_Unload:", [this] {
     services_.module->settingsDialogLoaded = false;
     trapped_.step(1);
-    // One that never came up has no place of its own.
-    if (shown_ && services_.storePlace) services_.storePlace(*this, kName);
+    if (hasBeenShown() && services_.storePlace) services_.storePlace(*this, kName);
   });
-}
-
-int FrmOptionsProfile::exec() { return unloaded_ ? int{Rejected} : QDialog::exec(); }
-
-void FrmOptionsProfile::done(int result) {
-  unload();
-  QDialog::done(result);
-}
-
-void FrmOptionsProfile::setVisible(bool visible) {
-  if (visible) {
-    if (unloaded_) return;
-    shown_ = true;
-  } else {
-    unload();
-  }
-  QDialog::setVisible(visible);
 }
 
 void FrmOptionsProfile::keyPressEvent(QKeyEvent* event) {
@@ -261,7 +242,7 @@ std::optional<std::string> FrmOptionsProfile::refusalOf(OptionsBox which) {
 }
 
 bool FrmOptionsProfile::mayLeave(OptionsBox which) {
-  if (unloaded_ || checking_) return false;
+  if (isUnloaded() || checking_) return false;
   const Raised checking(checking_);
   return trapped_.run(procedureName(which, "Validate"), [this, which] {
     const std::optional<std::string> refusal = refusalOf(which);
@@ -277,7 +258,7 @@ void FrmOptionsProfile::refuse(OptionsBox which, const std::string& message) {
   box.setFocus(Qt::OtherFocusReason);
   services_.dialogs->message({message, {}, MessageIcon::kNone, MessageButtons::kOk});
   // The message handles events: they may have moved the focus, or closed the dialog.
-  if (!unloaded_) box.setFocus(Qt::OtherFocusReason);
+  if (!isUnloaded()) box.setFocus(Qt::OtherFocusReason);
 }
 
 std::optional<OptionsBox> FrmOptionsProfile::openBox() const {
@@ -316,7 +297,7 @@ void FrmOptionsProfile::focusIsLeaving(const QObject* control, Qt::FocusReason r
 
 void FrmOptionsProfile::showPendingRefusal() {
   const std::optional<std::string> refusal = std::exchange(pendingRefusal_, std::nullopt);
-  if (!refusal || unloaded_ || !entered_) return;
+  if (!refusal || isUnloaded() || !entered_) return;
   const Raised checking(checking_);
   const OptionsBox which = *entered_;
   procedure(procedureName(which, "Validate"), [&] {
@@ -326,7 +307,7 @@ void FrmOptionsProfile::showPendingRefusal() {
 }
 
 bool FrmOptionsProfile::eventFilter(QObject* watched, QEvent* event) {
-  if (unloaded_) return QDialog::eventFilter(watched, event);
+  if (isUnloaded()) return QDialog::eventFilter(watched, event);
   switch (event->type()) {
     case QEvent::FocusIn:
       if (const auto which = boxOf(watched); which && !entered_) entered_ = which;

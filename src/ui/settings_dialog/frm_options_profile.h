@@ -14,7 +14,6 @@
 // It is not to be deleted while one of its message boxes is open: reject() it.
 #pragma once
 
-#include <QDialog>
 #include <functional>
 #include <optional>
 #include <string>
@@ -25,6 +24,7 @@
 #include "platform/dialogs.h"
 #include "platform/process_services.h"
 #include "profile/settings/dialog_settings.h"
+#include "ui/dialog/unloaded_dialog.h"
 #include "ui/settings_dialog/options_fields.h"
 
 class QLineEdit;
@@ -38,7 +38,7 @@ struct SettingsDialogResult {
   DialogSettings after;   // as they were written
 };
 
-class FrmOptionsProfile final : public QDialog {
+class FrmOptionsProfile final : public UnloadedDialog {
  public:
   static constexpr std::string_view kName = "frmOptionsProfile";
 
@@ -66,16 +66,11 @@ class FrmOptionsProfile final : public QDialog {
   // Writes the dialog's fields to the store.
   void UpdateMe();
 
-  bool isUnloaded() const { return unloaded_; }
   // What OK has written; nothing before it and without it.
   const std::optional<SettingsDialogResult>& outcome() const { return outcome_; }
   const DialogSettings& fields() const { return fields_; }
   // The application's help file as the host names it.
   const std::string& helpFile() const { return helpFile_; }
-
-  int exec() override;
-  void done(int result) override;
-  void setVisible(bool visible) override;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -94,7 +89,7 @@ class FrmOptionsProfile final : public QDialog {
   void connectControls();
   void watchControls();
   void load();
-  void unload();
+  void Form_Unload() override;
   bool readFields();
   bool writeFields();
   void showFields();
@@ -137,8 +132,6 @@ class FrmOptionsProfile final : public QDialog {
   std::optional<OptionsBox> entered_;  // has had the focus and has not been left with a valid entry since
   bool checking_ = false;              // a check or its message is on the stack
   std::optional<std::string> pendingRefusal_;  // of a mouse press that is still on its way
-  bool shown_ = false;
-  bool unloaded_ = false;
 };
 
 }  // namespace zel
