@@ -25,6 +25,13 @@ fail_with_log() {
 
 telling_part() {
   local log=$1 first length
+  # Which cases failed, and where: a long suite's own list of them says neither.
+  if grep -qE '(^|[^ ]): Failure$' "$log"; then
+    grep -E -A 8 '(^|[^ ]): Failure$' "$log" | head -n 60
+    grep -E '^\[  FAILED  \] [^ ]+ \(' "$log" || true
+    tail -n 15 "$log"
+    return
+  fi
   # From the first failed compilation, configuration or test on; the plain end where there is none.
   first=$(grep -nE -m 1 '^FAILED: |(^|[ :])(fatal )?error: |^CMake Error|\*\*\*(Failed|Exception|Timeout|Not Run)' "$log" |
     cut -d: -f1 || true)

@@ -370,7 +370,7 @@ TEST_F(ProfileFormTest, ControlsHaveWhatTheyAre) {
   EXPECT_EQ(child(window, "mnuProfileExpand")->get("Caption").toText(), "Wider");
   settle();
   child(window, "tbxFreq")->call("SetFocus");
-  EXPECT_TRUE(behind(window)->panel().tbxFreq->hasFocus());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return behind(window)->panel().tbxFreq->hasFocus(); }));
 }
 
 TEST_F(ProfileFormTest, WhatAControlDoesNotHaveIsAnErrorThatNamesIt) {

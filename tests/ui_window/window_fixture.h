@@ -36,7 +36,12 @@ class WindowTest : public RealComponentOver<OffscreenTest<QApplication>> {
     control_.ShowMainForm(start, end);
     EXPECT_NE(windows_->profileWindow(), nullptr) << "no window was opened";
     settle();
+    waitForActivation();
     return *windows_->profileWindow();
+  }
+  // A window that was shown has the keyboard a little later.
+  void waitForActivation() const {
+    (void)QTest::qWaitFor([this] { return window() == nullptr || window()->isActiveWindow(); }, 500);
   }
   FrmProfile* window() const { return windows_->profileWindow(); }
 
@@ -86,11 +91,12 @@ class WindowTest : public RealComponentOver<OffscreenTest<QApplication>> {
   }
   QImage picture() const { return window()->picture().canvas().image().copy(); }
 
-  // Runs the body on the modal dialog that is shown next.
+  // Runs the body on the modal dialog that is shown next, once it has the keyboard.
   template <typename Dialog>
   static void onModal(std::function<void(Dialog&)> body, int tries = 200) {
     QTimer::singleShot(5, qApp, [body, tries] {
-      if (auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget())) {
+      auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+      if (dialog != nullptr && (dialog->isActiveWindow() || tries <= 0)) {
         body(*dialog);
       } else if (tries > 0) {
         onModal<Dialog>(body, tries - 1);
