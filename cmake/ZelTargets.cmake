@@ -28,9 +28,23 @@ function(zel_precompiled target)
   endif()
 endfunction()
 
-# zel_unity(<target>): its files are compiled eight at a time, so that large headers are read and unfolded once for them.
+# zel_unity(<target>): its files are compiled eight at a time, so that large headers are read and unfolded once for them. Names
+# in anonymous namespaces then must differ within a folder. -DZEL_UNITY=OFF compiles each file by itself, as the debug preset
+# and clang-tidy do: there it shows whether each includes what it needs.
 function(zel_unity target)
-  set_target_properties(${target} PROPERTIES UNITY_BUILD ${ZEL_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+  if(ZEL_UNITY)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+    # GCC takes the files put together for headers, in which members of a type of one file only would be a mistake.
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-subobject-linkage>)
+  endif()
+endfunction()
+
+# zel_unoptimised_with_sanitizers(<target>): for what is mostly calls into the toolkit, or run once a command. Optimising it takes
+# two thirds of its compile time and saves the suites little. Nor has any fuzzer business there: it is left out of their coverage.
+function(zel_unoptimised_with_sanitizers target)
+  if(ZEL_SANITIZE)
+    target_compile_options(${target} PRIVATE -O0 $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=fuzzer-no-link>)
+  endif()
 endfunction()
 
 # zel_library(<name> SOURCES <files> [DEPENDS <targets>] [PRIVATE_DEPENDS <targets>] [PRECOMPILED <headers>])
@@ -43,6 +57,7 @@ function(zel_library name)
   target_include_directories(zel_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
   # The public symbols are linked into the shared library; only it exports them.
   target_compile_definitions(zel_${name} PRIVATE ZEL_BUILDING)
+  zel_unity(zel_${name})
   if(ARG_PRECOMPILED)
     zel_precompiled(zel_${name} ${ARG_PRECOMPILED})
   endif()
@@ -59,7 +74,7 @@ endfunction()
 
 # What the tests are compiled with besides the sources' own options.
 function(zel_test_options target)
-  target_link_libraries(${target} PRIVATE zel_options zel_test_support GTest::gtest_main)
+  target_link_libraries(${target} PRIVATE zel_options zel_test_support)
   # What is tested is optimised. The tests themselves need not be, and compile in half to two thirds of the time.
   target_compile_options(${target} PRIVATE $<$<CONFIG:Release,RelWithDebInfo>:-O0>)
   if(ZEL_SANITIZE)
@@ -76,29 +91,42 @@ function(zel_test_precompiled)
     return()
   endif()
   add_executable(test_precompiled ${PROJECT_SOURCE_DIR}/tests/support/precompiled.cpp)
+  target_link_libraries(test_precompiled PRIVATE GTest::gtest_main)
   zel_test_options(test_precompiled)
   # As tests with the toolkit are, so that one fits all.
   target_compile_options(test_precompiled PRIVATE -fPIC -Xclang -fno-pch-timestamp)
   target_precompile_headers(test_precompiled PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/precompiled.h)
 endfunction()
 
-# zel_test(<name> SOURCES <files> [DEPENDS <targets>] [PARTS <n>] [FIXTURE <header>]): one test program, each case known to
-# ctest. With sanitizers the whole program is one test, or so many parts of it: starting it for each case would take longer
-# than the cases. A fixture that all of the program's files include is precompiled where the headers of all tests are.
-function(zel_test name)
-  cmake_parse_arguments(ARG "" "PARTS;FIXTURE" "SOURCES;DEPENDS" ${ARGN})
-  add_executable(test_${name} ${ARG_SOURCES})
-  target_link_libraries(test_${name} PRIVATE ${ARG_DEPENDS})
-  zel_test_options(test_${name})
+# zel_test_program(<target> SOURCES <files> [DEPENDS <targets>] [FIXTURE <header>] [UNITY]): a program that tests run, compiled
+# as tests are.
+function(zel_test_program target)
+  cmake_parse_arguments(ARG "UNITY" "FIXTURE" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(${target} ${ARG_SOURCES})
+  target_link_libraries(${target} PRIVATE ${ARG_DEPENDS})
+  zel_test_options(${target})
+  if(ARG_UNITY)
+    zel_unity(${target})
+  endif()
   if(TARGET test_precompiled)
-    target_compile_options(test_${name} PRIVATE -fPIC -Xclang -fno-pch-timestamp)
+    target_compile_options(${target} PRIVATE -fPIC -Xclang -fno-pch-timestamp)
     if(ARG_FIXTURE)
-      target_precompile_headers(test_${name} PRIVATE
+      target_precompile_headers(${target} PRIVATE
         ${PROJECT_SOURCE_DIR}/tests/support/precompiled.h ${CMAKE_CURRENT_SOURCE_DIR}/${ARG_FIXTURE})
     else()
-      target_precompile_headers(test_${name} REUSE_FROM test_precompiled)
+      target_precompile_headers(${target} REUSE_FROM test_precompiled)
     endif()
   endif()
+endfunction()
+
+# zel_test(<name> SOURCES <files> [DEPENDS <targets>] [PARTS <n>] [FIXTURE <header>] [UNITY]): one test program, each case known to
+# ctest. With sanitizers the whole program is one test, or so many parts of it: starting it for each case would take longer
+# than the cases. A fixture that all of the program's files include is precompiled where the headers of all tests are.
+# UNITY: see zel_unity.
+function(zel_test name)
+  cmake_parse_arguments(ARG "" "PARTS" "" ${ARGN})
+  zel_test_program(test_${name} ${ARG_UNPARSED_ARGUMENTS})
+  target_link_libraries(test_${name} PRIVATE GTest::gtest_main)
   if(ZEL_SANITIZE)
     if(NOT ARG_PARTS)
       set(ARG_PARTS 1)

@@ -14,14 +14,14 @@ namespace {
 
 bool contains(std::string_view characters, char c) { return characters.find(c) != std::string_view::npos; }
 
-std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string inQuotes(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 std::string fontOf(int points) { return " font \"Tahoma, " + std::to_string(points) + "\""; }
 
 // Its marks for raised, lowered and overlaid characters are switched off where the title has any of them.
 std::string titleLine(const std::string& title) {
   const bool marked = title.find_first_of("_^{}@&~\\") != std::string::npos;
-  return "set title  " + quoted(gnuplotText(title)) + fontOf(18) + (marked ? " noenhanced" : "");
+  return "set title  " + inQuotes(gnuplotText(title)) + fontOf(18) + (marked ? " noenhanced" : "");
 }
 
 // The data's line of a title that begins with two numbers would be taken for a point of the curves.
@@ -91,8 +91,8 @@ class LabelLines {
   void write(double column, const std::string& text, double factor) const {
     const double x = range_.start + column * (range_.end - range_.start);
     const double y = range_.labels + factor * step_;
-    write_("set label " + quoted(text) + fontOf(10) + " at " + formatNumber(x, "##0.0##", withPoint()) + "," +
-           formatNumber(y, "##0.0", withPoint()));
+    write_("set label " + inQuotes(text) + fontOf(10) + " at " + formatNumber(x, "##0.0##", withPoint()) +
+           "," + formatNumber(y, "##0.0", withPoint()));
   }
 
  private:
@@ -136,8 +136,8 @@ std::string plotCommand(const std::string& data) {
   std::string command = "plot  ";
   for (const Curve& curve : kCurves) {
     if (&curve != &kCurves.front()) command += ",\\\r\n";
-    command += quoted(gnuplotText(data)) + " using " + std::string(curve.columns);
-    command += curve.title.empty() ? " notitle" : " title " + quoted(curve.title);
+    command += inQuotes(gnuplotText(data)) + " using " + std::string(curve.columns);
+    command += curve.title.empty() ? " notitle" : " title " + inQuotes(curve.title);
     command += " with lines lw " + std::to_string(curve.width);
   }
   return command;
@@ -194,7 +194,7 @@ void writeGnuplotScript(const SignalGraphFiles& files, const std::string& title,
   write("set ylabel \"Field Strength (dBu)\"" + fontOf(11));
   write(titleLine(shownTitle));
   writeLabels(labels, range, write);
-  write("set output  " + quoted(gnuplotText(files.picture)));
+  write("set output  " + inQuotes(gnuplotText(files.picture)));
   write("set grid");
   if (startsLikeANumber(shownTitle)) write("set datafile commentschars \"#T\"");
   write(plotCommand(files.data));

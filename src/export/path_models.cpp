@@ -6,11 +6,6 @@
 #include "profile/real32.h"
 
 namespace zel {
-namespace {
-
-constexpr double kMetresPerKm = 1000;
-
-}  // namespace
 
 PathStretch pathStretch(const ProfileViewState& state, const SampleRange& samples) {
   PathStretch stretch;

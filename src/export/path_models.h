@@ -18,6 +18,8 @@
 
 namespace zel {
 
+inline constexpr double kMetresPerKm = 1000;
+
 // What both models are told. The elevations outlive the models.
 struct PathStretch {
   std::span<const float> elevations;             // metres above sea level, the transmitter's sample first

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "export/longley_rice_column.h"
+#include "export/path_models.h"
 #include "foundation/leading_number.h"
 #include "foundation/rounding.h"
 #include "profile/real32.h"
@@ -16,9 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double kMetresPerKm = 1000;
 constexpr std::string_view kPictureEnd = ".png";
-constexpr std::string_view kLevelPattern = "##0.0##";
 
 SampleRange wholePath(const ProfileViewState& state) { return state.plotIndex().stationToStation(); }
 

@@ -31,7 +31,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int32_t kLongestRun = 60000;  // milliseconds
-constexpr double kMetresPerKm = 1000;
 constexpr std::string_view kPointToPointProgram = "vexptp.exe";
 
 RuntimeError explained(const RuntimeError& error, const std::string& reason) {

@@ -6,7 +6,12 @@
 // precision.
 #pragma once
 
+#include <string_view>
+
 namespace zel {
+
+// How a level is written, in dB.
+inline constexpr std::string_view kLevelPattern = "##0.0##";
 
 // What an export of signal levels asks for.
 struct SignalRequest {

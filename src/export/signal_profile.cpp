@@ -7,8 +7,6 @@
 namespace zel {
 namespace {
 
-constexpr std::string_view kLevelPattern = "##0.0##";
-
 // The rest of the line of the sample so many from the view's first, 2 or more.
 class ModelColumns {
  public:

@@ -25,7 +25,7 @@ class RasterCanvasText : public test::OffscreenTest<QGuiApplication> {
   }
 };
 
-const std::vector<double> kRatios{1, 1.25, 1.5, 2, 3};
+const std::vector<double> kTextRatios{1, 1.25, 1.5, 2, 3};
 
 // Logical pixels around everything that is not white.
 QRectF ink(const QImage& image) {
@@ -45,7 +45,7 @@ int inkedPixels(const QImage& image) {
 }
 
 TEST_F(RasterCanvasText, HasItsTopLeftCornerAtThePosition) {
-  for (const double ratio : kRatios) {
+  for (const double ratio : kTextRatios) {
     RasterCanvas canvas = canvasAt(ratio);
     printAt(canvas, 40, 80, "1,250");
     ASSERT_EQ(canvas.textRectangles().size(), 1U);
@@ -64,7 +64,7 @@ TEST_F(RasterCanvasText, HasItsTopLeftCornerAtThePosition) {
 TEST_F(RasterCanvasText, TakesAsManyLogicalPixelsAtEveryRatio) {
   RasterCanvas plain = canvasAt(1);
   printAt(plain, 40, 80, "1,250");
-  for (const double ratio : kRatios) {
+  for (const double ratio : kTextRatios) {
     RasterCanvas canvas = canvasAt(ratio);
     printAt(canvas, 40, 80, "1,250");
     const QRectF here = canvas.textRectangles()[0].rectangle;
@@ -87,7 +87,7 @@ TEST_F(RasterCanvasText, IsSharpAtARatioOfTwo) {
 }
 
 TEST_F(RasterCanvasText, ShowsWholeWhenItsPositionIsInThePicture) {
-  for (const double ratio : kRatios)
+  for (const double ratio : kTextRatios)
     for (const double x : {0.0, 100.0, 180.0, 195.0, 199.9, 200.0})
       for (const double y : {100.0, 60.0, 10.0, 3.0, 0.0}) {
         RasterCanvas whole(QSize(400, 300), ratio);
@@ -103,7 +103,7 @@ TEST_F(RasterCanvasText, ShowsWholeWhenItsPositionIsInThePicture) {
 }
 
 TEST_F(RasterCanvasText, MovesInsideByAsLittleAsIsNeeded) {
-  for (const double ratio : kRatios) {
+  for (const double ratio : kTextRatios) {
     RasterCanvas canvas = canvasAt(ratio);
     printAt(canvas, 195, 2, "12,345");
     const QRectF rectangle = canvas.textRectangles()[0].rectangle;
@@ -120,7 +120,7 @@ bool overlap(const QRectF& a, const QRectF& b) {
 }
 
 TEST_F(RasterCanvasText, StepsAsideByAsLittleAsFreesIt) {
-  for (const double ratio : kRatios) {
+  for (const double ratio : kTextRatios) {
     RasterCanvas free = canvasAt(ratio);
     printAt(free, 40, 80, "1,250");
     const QRectF first = free.textRectangles()[0].rectangle;
@@ -164,7 +164,7 @@ TEST_F(RasterCanvasText, StaysWhereItIsAskedForWhenALineIsNotEnough) {
 }
 
 TEST_F(RasterCanvasText, NeverStepsOutOfThePicture) {
-  for (const double ratio : kRatios) {
+  for (const double ratio : kTextRatios) {
     RasterCanvas canvas = canvasAt(ratio);
     printAt(canvas, 190, 5, "1,250");
     printAt(canvas, 190, 5, "0");
@@ -202,7 +202,7 @@ TEST_F(RasterCanvasText, IsNotDrawnWhenItLiesOutside) {
 // The first elevation label of an expanded view stands up to half a sample left of the picture; it used to be
 // left out, at one pixel ratio and not at another.
 TEST_F(RasterCanvasText, ShowsWholeWhenItReachesIntoThePictureFromTheLeft) {
-  for (const double ratio : kRatios) {
+  for (const double ratio : kTextRatios) {
     RasterCanvas canvas = canvasAt(ratio);
     printAt(canvas, -5, 60, "1370");
     ASSERT_EQ(canvas.textRectangles().size(), 1U) << ratio;

@@ -17,20 +17,20 @@
 namespace zel {
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kEndless = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 // 200 x 100 logical pixels; a world unit is one, y upwards.
 void scaleByPixels(Canvas& canvas) { canvas.setScale(0, 100, 200, 0); }
 
-VectorCanvas pixelCanvas() {
+VectorCanvas plainCanvas() {
   VectorCanvas canvas(QSize(200, 100));
   scaleByPixels(canvas);
   return canvas;
 }
 
 template <typename Stroke>
-const Stroke& stroke(const VectorCanvas& canvas, std::size_t index = 0) {
+const Stroke& strokeOf(const VectorCanvas& canvas, std::size_t index = 0) {
   return std::get<Stroke>(canvas.strokes().at(index));
 }
 
@@ -44,47 +44,47 @@ TEST(VectorCanvas, StartsWithTheValuesOfANewCanvas) {
 }
 
 TEST(VectorCanvas, StrokesRunThroughTheMiddleOfTheirPixel) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.line(10, 90, 20.25, 80, kRed);
-  const VectorLines& lines = stroke<VectorLines>(canvas);
+  const VectorLines& lines = strokeOf<VectorLines>(canvas);
   EXPECT_EQ(lines.colour, kRed);
   EXPECT_EQ(lines.width, 1);
   EXPECT_EQ(lines.chains, (std::vector<std::vector<QPointF>>{{{10.5, 10.5}, {20.75, 20.5}}}));
 }
 
 TEST(VectorCanvas, AnEvenWidthLiesRightOfAndBelowItsPosition) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.setDrawWidth(2);
   canvas.line(0, 100, 10, 100, kBlack);
   // The two upper rows, from their upper to their lower edge: 0 to 2.
-  EXPECT_EQ(stroke<VectorLines>(canvas).chains[0], (std::vector<QPointF>{{1, 1}, {11, 1}}));
+  EXPECT_EQ(strokeOf<VectorLines>(canvas).chains[0], (std::vector<QPointF>{{1, 1}, {11, 1}}));
 }
 
 TEST(VectorCanvas, StrokesOnTheRightAndBottomBorderRunThroughTheLastPixels) {
   for (const int width : {1, 2, 3}) {
-    VectorCanvas canvas = pixelCanvas();
+    VectorCanvas canvas = plainCanvas();
     canvas.setDrawWidth(width);
     canvas.line(200, 100, 200, 0, kBlack);
     const double fromBorder = width == 2 ? 1 : 0.5;
-    EXPECT_EQ(stroke<VectorLines>(canvas).chains[0][0].x(), 200 - fromBorder) << width;
-    EXPECT_EQ(stroke<VectorLines>(canvas).chains[0][1].y(), 100 - fromBorder) << width;
+    EXPECT_EQ(strokeOf<VectorLines>(canvas).chains[0][0].x(), 200 - fromBorder) << width;
+    EXPECT_EQ(strokeOf<VectorLines>(canvas).chains[0][1].y(), 100 - fromBorder) << width;
   }
 }
 
 TEST(VectorCanvas, LinesThatGoOnFromEachOtherAreOneChain) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.line(0, 10, 10, 20, kBlack);
   canvas.line(10, 20, 20, 15, kBlack);
   canvas.line(50, 20, 60, 15, kBlack);
   ASSERT_EQ(canvas.strokes().size(), 1U);
-  const VectorLines& lines = stroke<VectorLines>(canvas);
+  const VectorLines& lines = strokeOf<VectorLines>(canvas);
   ASSERT_EQ(lines.chains.size(), 2U);
   EXPECT_EQ(lines.chains[0].size(), 3U);
   EXPECT_EQ(lines.chains[1].size(), 2U);
 }
 
 TEST(VectorCanvas, ANewPenOrAnotherStrokeBetweenBeginsANewEntry) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.line(0, 10, 10, 20, kBlack);
   canvas.line(10, 20, 20, 15, kRed);
   canvas.setDrawWidth(3);
@@ -96,17 +96,17 @@ TEST(VectorCanvas, ANewPenOrAnotherStrokeBetweenBeginsANewEntry) {
 
 TEST(VectorCanvas, TheXorPenDrawsTheColourThatItHasOverWhite) {
   constexpr Colour kGreen = 0x00FF00;
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.setDrawMode(DrawMode::kXorPen);
   canvas.line(0, 10, 10, 20, kGreen ^ kWhite);
-  EXPECT_EQ(stroke<VectorLines>(canvas).colour, kGreen);
+  EXPECT_EQ(strokeOf<VectorLines>(canvas).colour, kGreen);
   canvas.setDrawMode(DrawMode::kBlackness);
   canvas.line(0, 10, 10, 20, kGreen);
-  EXPECT_EQ(stroke<VectorLines>(canvas, 1).colour, kBlack);
+  EXPECT_EQ(strokeOf<VectorLines>(canvas, 1).colour, kBlack);
 }
 
 TEST(VectorCanvas, ClearForgetsWhatWasDrawn) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.line(0, 10, 10, 20, kBlack);
   canvas.setDrawWidth(3);
   canvas.clear();
@@ -120,7 +120,7 @@ TEST(VectorCanvas, CircleIsRoundAndMeasuredInUnitsOfX) {
   canvas.setFillColour(kRed);
   canvas.setDrawWidth(3);
   canvas.circle(10, 0.5, -1.5);
-  const VectorCircle& circle = stroke<VectorCircle>(canvas);
+  const VectorCircle& circle = strokeOf<VectorCircle>(canvas);
   EXPECT_EQ(circle.centre, QPointF(100.5, 50.5));
   EXPECT_EQ(circle.radius, 15);
   EXPECT_EQ(circle.filling, kRed);
@@ -129,19 +129,19 @@ TEST(VectorCanvas, CircleIsRoundAndMeasuredInUnitsOfX) {
 }
 
 TEST(VectorCanvas, RectanglesAreTakenByAnyTwoCornersAndCutAtThePicture) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.fillRectangle(20, 90, 10, 95, kRed);
   canvas.fillRectangle(190, -50, 1e300, 10, kRed);
   canvas.fillRectangle(210, 0, 220, 10, kRed);
   canvas.fillRectangle(10, 10, 10, 20, kRed);
   ASSERT_EQ(canvas.strokes().size(), 1U);
-  EXPECT_EQ(stroke<VectorRectangles>(canvas).rectangles,
+  EXPECT_EQ(strokeOf<VectorRectangles>(canvas).rectangles,
             (std::vector<QRectF>{{10, 5, 10, 5}, {190, 90, 10, 10}}));
 }
 
 TEST(VectorCanvas, StrokesWithoutAFinitePlaceLeaveNothing) {
-  VectorCanvas canvas = pixelCanvas();
-  for (const double nowhere : {kInfinity, -kInfinity, kNan}) {
+  VectorCanvas canvas = plainCanvas();
+  for (const double nowhere : {kEndless, -kEndless, kNan}) {
     canvas.line(nowhere, 10, 10, 20, kBlack);
     canvas.line(0, 10, 10, nowhere, kBlack);
     canvas.circle(nowhere, 10, 10);
@@ -161,24 +161,24 @@ TEST(VectorCanvas, StrokesWithoutAFinitePlaceLeaveNothing) {
 }
 
 TEST(VectorCanvas, LinesAreCutNearThePictureAndLeftOutBeyondIt) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.line(0, 200, 200, 200, kBlack);
   canvas.line(-10, 0, -2, 100, kBlack);
   EXPECT_TRUE(canvas.strokes().empty());
   canvas.line(-1e12, 50, 1e12, 50, kBlack);
   canvas.line(100, -1e12, 100, 1e12, kRed);
   for (const std::size_t index : {0U, 1U})
-    for (const QPointF end : stroke<VectorLines>(canvas, index).chains[0]) {
+    for (const QPointF end : strokeOf<VectorLines>(canvas, index).chains[0]) {
       EXPECT_GE(end.x(), -1.01);
       EXPECT_LE(end.x(), 201.01);
       EXPECT_GE(end.y(), -1.01);
       EXPECT_LE(end.y(), 101.01);
     }
-  EXPECT_NEAR(stroke<VectorLines>(canvas, 0).chains[0][0].y(), 50.5, 1e-3);
+  EXPECT_NEAR(strokeOf<VectorLines>(canvas, 0).chains[0][0].y(), 50.5, 1e-3);
 }
 
 TEST(VectorCanvas, CirclesBeyondThePictureAreLeftOut) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.circle(-20, 50, 10);
   canvas.circle(100, 50, 1e9);
   EXPECT_TRUE(canvas.strokes().empty());
@@ -195,7 +195,7 @@ TEST(VectorCanvas, LinesLieWhereTheRasterHasThem) {
     const double x1 = x(random), y1 = y(random), x2 = x(random), y2 = y(random);
     const int width = 1 + i % 3;
     RasterCanvas raster(QSize(200, 100), 1);
-    VectorCanvas vector = pixelCanvas();
+    VectorCanvas vector = plainCanvas();
     scaleByPixels(raster);
     for (Canvas* canvas : {static_cast<Canvas*>(&raster), static_cast<Canvas*>(&vector)}) {
       canvas->setDrawWidth(width);
@@ -205,7 +205,7 @@ TEST(VectorCanvas, LinesLieWhereTheRasterHasThem) {
     for (int row = 0; row < 100; ++row)
       for (int column = 0; column < 200; ++column)
         if (raster.image().pixel(column, row) != 0xFFFFFFFF) ink |= QRect(column, row, 1, 1);
-    const std::vector<QPointF>& ends = stroke<VectorLines>(vector).chains[0];
+    const std::vector<QPointF>& ends = strokeOf<VectorLines>(vector).chains[0];
     const double half = width / 2.0;
     const QRectF drawn =
         QRectF(ends[0], ends[1]).normalized().adjusted(-half, -half, half, half) & QRectF(0, 0, 200, 100);
@@ -219,7 +219,7 @@ TEST(VectorCanvas, LinesLieWhereTheRasterHasThem) {
 }
 
 TEST(VectorCanvasWithoutApplication, KeepsTextsButDoesNotDrawThem) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.setTextPosition(40, 80);
   canvas.print("1,250");
   EXPECT_TRUE(canvas.strokes().empty());
@@ -241,7 +241,7 @@ class VectorCanvasText : public test::OffscreenTest<QGuiApplication> {
 
 TEST_F(VectorCanvasText, LiesWhereTheRasterHasIt) {
   RasterCanvas raster(QSize(200, 100), 1);
-  VectorCanvas vector = pixelCanvas();
+  VectorCanvas vector = plainCanvas();
   scaleByPixels(raster);
   drawLabels(raster);
   drawLabels(vector);
@@ -250,7 +250,7 @@ TEST_F(VectorCanvasText, LiesWhereTheRasterHasIt) {
   for (std::size_t i = 0; i < raster.textRectangles().size(); ++i) {
     EXPECT_EQ(vector.textRectangles()[i].rectangle, raster.textRectangles()[i].rectangle) << i;
     EXPECT_EQ(vector.textRectangles()[i].text, raster.textRectangles()[i].text) << i;
-    const auto& text = stroke<VectorText>(vector, i);
+    const auto& text = strokeOf<VectorText>(vector, i);
     EXPECT_EQ(text.text, QStringLiteral("1,250"));
     EXPECT_TRUE(vector.textRectangles()[i].rectangle.contains(text.base)) << i;
   }
@@ -274,7 +274,7 @@ TEST_F(VectorCanvasText, HasTheWidthThatItTakes) {
 }
 
 TEST_F(VectorCanvasText, IsDrawnIntoTheRectangleAndCutThere) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.setDrawWidth(9);
   canvas.line(0, 100, 0, 0, kRed);
   canvas.fillRectangle(100, 100, 200, 50, 0xFF0000);
@@ -303,7 +303,7 @@ TEST_F(VectorCanvasText, IsDrawnIntoTheRectangleAndCutThere) {
 
 // The same text at every resolution of the device: an eighth of the picture's width here, too.
 TEST_F(VectorCanvasText, GrowsWithTheRectangleAndNotWithTheResolution) {
-  VectorCanvas canvas = pixelCanvas();
+  VectorCanvas canvas = plainCanvas();
   canvas.setTextPosition(10, 90);
   canvas.print("1,250");
   const QRectF place = canvas.textRectangles()[0].rectangle;
@@ -331,7 +331,7 @@ TEST_F(VectorCanvasText, CanBeSelectedOnAPage) {
   {
     QPdfWriter page(file);
     QPainter painter(&page);
-    VectorCanvas canvas = pixelCanvas();
+    VectorCanvas canvas = plainCanvas();
     drawLabels(canvas);
     canvas.line(0, 0, 200, 100, kBlack);
     canvas.paint(painter, QRectF(0, 0, page.width(), page.width() / 2.0));

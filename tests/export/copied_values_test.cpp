@@ -14,7 +14,7 @@ namespace {
 using test::exportableState;
 using test::exportOf;
 
-std::vector<std::string> linesOf(const std::string& text) {
+std::vector<std::string> copiedLines(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream stream(text);
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
@@ -23,7 +23,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 
 TEST(CopiedValues, HasTitlesWithoutQuotesAndTabsBetweenTheColumns) {
   const std::string text = copiedValues(exportOf(exportableState()));
-  EXPECT_EQ(linesOf(text).front(),
+  EXPECT_EQ(copiedLines(text).front(),
             "Point\tDistance (km)\tLatitude\tLongitude\tGround AMSL (m)\tFresnel AMSL (m)\tLOS AMSL (m)\t"
             "Earth Rise (m)");
   EXPECT_EQ(text.back(), '\n');
@@ -31,7 +31,7 @@ TEST(CopiedValues, HasTitlesWithoutQuotesAndTabsBetweenTheColumns) {
 }
 
 TEST(CopiedValues, HasALineForEachSampleFromStationToStation) {
-  const auto lines = linesOf(copiedValues(exportOf(exportableState())));
+  const auto lines = copiedLines(copiedValues(exportOf(exportableState())));
   ASSERT_EQ(lines.size(), 12U);
   // Sample 1: ground 101 m, Fresnel line 121 m, line of sight 130 m at the start.
   EXPECT_EQ(lines[1], "1\t0\t36.49\t-84.25\t101\t121\t130\t0");
@@ -47,7 +47,7 @@ TEST(CopiedValues, IsTheHeightProfilesBlockOfSamples) {
   const ExportProfile profile = exportOf(state, test::commaStyle());
   test::KeptLines written;
   writeHeightProfile(profile, written.sink());
-  const auto lines = linesOf(copiedValues(profile));
+  const auto lines = copiedLines(copiedValues(profile));
   ASSERT_EQ(lines.size(), written.lines.size() - 5);
   for (std::size_t i = 1; i < lines.size(); ++i) {
     std::string joined;
@@ -62,7 +62,7 @@ TEST(CopiedValues, HasTitlesAloneForAStretchWithoutSamples) {
   ProfileViewState state = exportableState();
   state.path.firstIndex = state.path.extension = 5;
   test::expandBetween(state, 1, 2);  // both before the start
-  EXPECT_EQ(linesOf(copiedValues(exportOf(state))).size(), 1U);
+  EXPECT_EQ(copiedLines(copiedValues(exportOf(state))).size(), 1U);
 }
 
 TEST(CopiedValues, FailsWhereAnIndexIsOutsideItsArray) {

@@ -12,7 +12,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-Lines linesOf(const ProfileViewState& state, const NumberStyle& numbers = {}) {
+Lines tableOf(const ProfileViewState& state, const NumberStyle& numbers = {}) {
   test::KeptLines kept;
   writeLossTable(test::exportOf(state, numbers), InitNormalDist(), kept.sink());
   return kept.lines;
@@ -39,7 +39,7 @@ std::vector<double> lossesByArgumentList(const ProfileViewState& state) {
 TEST(LossTable, BeginsWithTheModelsParameters) {
   ProfileViewState state = test::exportableState();
   state.model = ModelParameters{0, 6, 15, 0.005, 301.25, 0, 0};
-  const Lines lines = linesOf(state);
+  const Lines lines = tableOf(state);
   ASSERT_EQ(lines.size(), 103U);
   EXPECT_EQ(lines[0],
             ", 'Ant Polarization', 'Radio Climate', 'Dielectric', 'Conductivity', 'Surf Refractivity'");
@@ -50,19 +50,19 @@ TEST(LossTable, BeginsWithTheModelsParameters) {
 TEST(LossTable, NamesEveryOtherPolarizationVertical) {
   ProfileViewState state = test::exportableState();
   state.model->polarization = 2;
-  EXPECT_EQ(linesOf(state)[1], ", 'vertical',  'Continental Temperate', 15, 0.005, 301, ");
+  EXPECT_EQ(tableOf(state)[1], ", 'vertical',  'Continental Temperate', 15, 0.005, 301, ");
 }
 
 TEST(LossTable, LeavesAnUnknownClimateOutSoThatWhatFollowsMovesToTheLeft) {
   for (const std::int16_t code : {std::int16_t{0}, std::int16_t{8}}) {
     ProfileViewState state = test::exportableState();
     state.model->climate = code;
-    EXPECT_EQ(linesOf(state)[1], ", 'horizontal', 15, 0.005, 301, ");
+    EXPECT_EQ(tableOf(state)[1], ", 'horizontal', 15, 0.005, 301, ");
   }
 }
 
 TEST(LossTable, HasAColumnForEachReliabilityAndALineForEachConfidence) {
-  const Lines lines = linesOf(test::exportableState());
+  const Lines lines = tableOf(test::exportableState());
   EXPECT_TRUE(lines[3].starts_with("'Reliability', 1, 2, 3, ")) << lines[3];
   EXPECT_TRUE(lines[3].ends_with(", 98, 99")) << lines[3];
   for (std::size_t confidence = 1; confidence <= 99; ++confidence) {
@@ -93,7 +93,7 @@ TEST(LossTable, EqualsTheModelsOwnTableToTheLastBit) {
 TEST(LossTable, WritesTheLossOfALinesConfidenceAndAColumnsReliability) {
   ProfileViewState state = test::exportableState();
   state.elevation[6] = 400;
-  const Lines lines = linesOf(state);
+  const Lines lines = tableOf(state);
   const std::vector<double> losses = lossesByArgumentList(state);
   EXPECT_EQ(test::fieldsOf(lines[3 + 10])[90], generalNumber(losses[9 + 99 * 89]));
   EXPECT_EQ(test::fieldsOf(lines[3 + 90])[10], generalNumber(losses[89 + 99 * 9]));
@@ -102,20 +102,20 @@ TEST(LossTable, WritesTheLossOfALinesConfidenceAndAColumnsReliability) {
 
 TEST(LossTable, CoversTheWholePathWhateverIsDrawn) {
   ProfileViewState state = test::exportableState();
-  const Lines whole = linesOf(state);
+  const Lines whole = tableOf(state);
   test::expandBetween(state, 3.5F, 6.25F);
-  EXPECT_EQ(linesOf(state), whole);
+  EXPECT_EQ(tableOf(state), whole);
 }
 
 TEST(LossTable, DoesNotDependOnTheUnits) {
   ProfileViewState state = test::exportableState();
-  const Lines metric = linesOf(state);
+  const Lines metric = tableOf(state);
   test::useFeetAndMiles(state);
-  EXPECT_EQ(linesOf(state), metric);
+  EXPECT_EQ(tableOf(state), metric);
 }
 
 TEST(LossTable, TakesTheUsersDecimalSeparator) {
-  const Lines lines = linesOf(test::exportableState(), test::commaStyle());
+  const Lines lines = tableOf(test::exportableState(), test::commaStyle());
   EXPECT_EQ(lines[1], ", 'horizontal',  'Continental Temperate', 15, 0,005, 301, ");
   EXPECT_EQ(lines[50].find('.'), std::string::npos);
   EXPECT_EQ(test::fieldsOf(lines[50]).size(), 100U);

@@ -18,8 +18,8 @@ using Lines = std::vector<std::string>;
 constexpr SignalRequest kRequest{2.5, 3, 4};
 const EachSample kNoEvents = [](std::int32_t, std::int32_t) {};
 
-Lines linesOf(const ProfileViewState& state, const SignalRequest& request = kRequest,
-              const ptp::PtpParameters& pointToPoint = {}, const NumberStyle& numbers = {}) {
+Lines signalLines(const ProfileViewState& state, const SignalRequest& request = kRequest,
+                  const ptp::PtpParameters& pointToPoint = {}, const NumberStyle& numbers = {}) {
   test::KeptLines kept;
   writeSignalProfile(test::exportOf(state, numbers), request, pointToPoint, kept.sink(), kNoEvents);
   return kept.lines;
@@ -40,7 +40,7 @@ ProfileViewState stateWithLongGround(std::int32_t samples) {
 }
 
 TEST(SignalProfile, BeginsWithTheSummaryOfTheHeightProfileAndTheTransmitter) {
-  const Lines lines = linesOf(exportableState());
+  const Lines lines = signalLines(exportableState());
   ASSERT_EQ(lines.size(), 15U);
   EXPECT_EQ(
       lines[0],
@@ -58,13 +58,13 @@ TEST(SignalProfile, BeginsWithTheSummaryOfTheHeightProfileAndTheTransmitter) {
 }
 
 TEST(SignalProfile, TheFirstSampleHasNoModelColumns) {
-  EXPECT_EQ(linesOf(exportableState())[4], "1, 0, 36.49000, -84.25000, 101, 121, 130, 0, ");
+  EXPECT_EQ(signalLines(exportableState())[4], "1, 0, 36.49000, -84.25000, 101, 121, 130, 0, ");
 }
 
 TEST(SignalProfile, EverySampleAfterItHasBothModelsAndFreeSpace) {
   ProfileViewState state = exportableState();
   state.elevation[4] = 400;  // a ridge, so that both models have a loss beyond free space
-  const Lines lines = linesOf(state);
+  const Lines lines = signalLines(state);
   const PathStretch stretch = pathStretch(state, {1, 11});
   LongleyRiceAlongPath longleyRice(stretch, *state.model);
   PointToPointAlongPath pointToPoint(stretch, {});
@@ -90,13 +90,13 @@ TEST(SignalProfile, EverySampleAfterItHasBothModelsAndFreeSpace) {
 
 // 1 kW, 950 MHz over 1 km: 106.92 dBuV/m, and 32.4 + 20 log 950 = 91.954 dB of loss.
 TEST(SignalProfile, FreeSpaceAtOneKilometreIsTheDipoleField) {
-  const auto fields = fieldsOf(linesOf(exportableState(), {1, 0, 0})[5]);
+  const auto fields = fieldsOf(signalLines(exportableState(), {1, 0, 0})[5]);
   EXPECT_NEAR(std::stod(fields[13]), 91.954472, 1e-5) << "held in single precision";
   EXPECT_EQ(fields[14], "106.92");
 }
 
 TEST(SignalProfile, LevelsHaveOneToThreeDecimals) {
-  const auto fields = fieldsOf(linesOf(exportableState(), {1, 0, 0})[5]);
+  const auto fields = fieldsOf(signalLines(exportableState(), {1, 0, 0})[5]);
   for (const std::size_t level : {9U, 12U, 14U}) {
     const std::size_t decimals = fields[level].size() - fields[level].find('.') - 1;
     EXPECT_GE(decimals, 1U) << fields[level];
@@ -105,8 +105,8 @@ TEST(SignalProfile, LevelsHaveOneToThreeDecimals) {
 }
 
 TEST(SignalProfile, EachClutterIsTakenOffItsOwnModel) {
-  const auto clear = fieldsOf(linesOf(exportableState(), {1, 0, 0})[8]);
-  const auto cluttered = fieldsOf(linesOf(exportableState(), {1, 10, -20})[8]);
+  const auto clear = fieldsOf(signalLines(exportableState(), {1, 0, 0})[8]);
+  const auto cluttered = fieldsOf(signalLines(exportableState(), {1, 10, -20})[8]);
   EXPECT_NEAR(std::stod(clear[9]) - std::stod(cluttered[9]), 10, 0.0011);
   EXPECT_NEAR(std::stod(cluttered[12]) - std::stod(clear[12]), 20, 0.0011);
   EXPECT_EQ(clear[14], cluttered[14]);
@@ -117,7 +117,7 @@ TEST(SignalProfile, WithoutAPointToPointLossTheLineEndsAfterTheLongleyRiceLevel)
   pointToPoint.clutter.category = ptp::ClutterCategory::kSuburban;
   ProfileViewState state = exportableState();
   state.inputs.frequency = 5000;  // where the clutter loss is -999
-  const auto fields = fieldsOf(linesOf(state, kRequest, pointToPoint)[5]);
+  const auto fields = fieldsOf(signalLines(state, kRequest, pointToPoint)[5]);
   ASSERT_EQ(fields.size(), 11U);
   EXPECT_FALSE(fields[8].empty());
   EXPECT_FALSE(fields[9].empty());
@@ -149,7 +149,7 @@ TEST(SignalProfile, SharesItsHeightsWithTheHeightProfile) {
   test::useFeetAndMiles(state);
   test::expandBetween(state, 3.5F, 6.25F);
   state.leftMarker.keptX = state.rightMarker.keptX = 0;
-  const Lines signal = linesOf(state);
+  const Lines signal = signalLines(state);
   test::KeptLines height;
   writeHeightProfile(test::exportOf(state), height.sink());
   ASSERT_EQ(signal.size(), height.lines.size() - 2);
@@ -164,7 +164,7 @@ TEST(SignalProfile, SharesItsHeightsWithTheHeightProfile) {
 TEST(SignalProfile, InAnExpandedViewTheTransmitterStandsOnItsFirstSample) {
   ProfileViewState state = exportableState();
   test::expandBetween(state, 3.5F, 6.25F);
-  const Lines lines = linesOf(state, {1, 0, 0});
+  const Lines lines = signalLines(state, {1, 0, 0});
   ASSERT_EQ(lines.size(), 10U);
   EXPECT_EQ(lines[4], "1, 0, 36.50091, -84.25000, 102, 122, 132, 0, ");
   const auto second = fieldsOf(lines[5]);
@@ -175,7 +175,7 @@ TEST(SignalProfile, InAnExpandedViewTheTransmitterStandsOnItsFirstSample) {
 }
 
 TEST(SignalProfile, TakesTheUsersDecimalSeparator) {
-  const Lines lines = linesOf(exportableState(), kRequest, {}, test::commaStyle());
+  const Lines lines = signalLines(exportableState(), kRequest, {}, test::commaStyle());
   EXPECT_EQ(lines[1],
             ", 36,5, -84,25, 36,6, -84,25, 10, 0, 111, 101, 116, 1,33, 100, 950, NAD-83, 30, 30, 2,5");
   EXPECT_TRUE(lines[5].starts_with("2, 1, 36,50091, -84,25000, 102, 122, 132, 0,5, ")) << lines[5];
@@ -185,7 +185,7 @@ TEST(SignalProfile, TakesTheUsersDecimalSeparator) {
 TEST(SignalProfile, AntennaHeightsAreInDisplayUnits) {
   ProfileViewState state = exportableState();
   test::useFeetAndMiles(state);
-  EXPECT_TRUE(linesOf(state)[1].ends_with(", NAD-83, 98.4251968503937, 98.4251968503937, 2.5"));
+  EXPECT_TRUE(signalLines(state)[1].ends_with(", NAD-83, 98.4251968503937, 98.4251968503937, 2.5"));
 }
 
 TEST(SignalProfile, EventsComeBeforeEachLine) {
@@ -221,7 +221,7 @@ TEST(SignalProfile, AnExpandedViewBeyondTheStationsHasTitlesOnly) {
   ProfileViewState state = exportableState();
   state.path.lastIndex = 6;
   test::expandBetween(state, 9.5F, 11.5F);
-  EXPECT_EQ(linesOf(state).size(), 4U);
+  EXPECT_EQ(signalLines(state).size(), 4U);
   EXPECT_EQ(terrainOf(state), "");
 }
 

@@ -21,7 +21,7 @@ constexpr Colour kRangeMagenta = 0xFF00FF;
 constexpr Colour kFresnelRed = 0x0000FF;
 constexpr Colour kSightBlue = 0xFF0000;
 constexpr Colour kMarkerPen = 0x0000FF;  // the configured 0xFFFF00 XOR 0xFFFFFF
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+constexpr float kNoHeight = std::numeric_limits<float>::quiet_NaN();
 
 struct PlotDrawingTest : testing::Test {
   test::RecordingSettingsStore store;
@@ -172,7 +172,7 @@ TEST_F(PlotDrawingTest, ADrawingForgetsTheStrobeAndTheLabelsOfTheOneBefore) {
 }
 
 TEST_F(PlotDrawingTest, AScaleWithoutNumbersLeavesThePictureAsItIs) {
-  state.statistics.plotMaximum = kNan;
+  state.statistics.plotMaximum = kNoHeight;
   EXPECT_EQ(failureOf([&] { drawing().begin(100); }), 6);
   EXPECT_TRUE(canvas.operations().empty());
 }
@@ -314,7 +314,7 @@ TEST_F(PlotDrawingTest, LevelsBeyondThirtyTwoBitsOverflow) {
 }
 
 TEST_F(PlotDrawingTest, ARiseThatIsNoNumberOverflowsAtOnce) {
-  for (const float bad : {kNan, std::numeric_limits<float>::infinity(), 1e30F}) {
+  for (const float bad : {kNoHeight, std::numeric_limits<float>::infinity(), 1e30F}) {
     state.curve[1] = bad;
     EXPECT_EQ(failureOf([&] { elevationLines(3); }), 6) << bad;
   }
@@ -511,7 +511,7 @@ TEST_F(PlotDrawingTest, WithNoRangeLinesEvenTheOneAtTheStartIsLeftOut) {
 }
 
 TEST_F(PlotDrawingTest, ASpanThatIsNoNumberOrBeyondSixteenBitsOverflows) {
-  for (const double bad : {double{kNan}, std::numeric_limits<double>::infinity(), 1e6}) {
+  for (const double bad : {double{kNoHeight}, std::numeric_limits<double>::infinity(), 1e6}) {
     state.path.distance = bad;
     EXPECT_EQ(failureOf([&] { begun().rangeLines(3); }), 6) << bad;
     EXPECT_TRUE(canvas.operations().empty());
@@ -622,7 +622,8 @@ TEST_F(PlotDrawingTest, TheGroundIsMissingBelowMinus499Metres) {
   struct {
     float raw;
     bool missing;
-  } const rows[] = {{-499.0F, false}, {-499.01F, true}, {-500, true}, {-50, false}, {kNan, true}, {0, false}};
+  } const rows[] = {{-499.0F, false}, {-499.01F, true},  {-500, true},
+                    {-50, false},     {kNoHeight, true}, {0, false}};
   for (const auto& row : rows) {
     state.rawElevation[6] = row.raw;
     begun().ground();

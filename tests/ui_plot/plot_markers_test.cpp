@@ -16,7 +16,7 @@ namespace zel {
 namespace {
 
 using Texts = std::vector<std::string>;
-constexpr Colour kMarkerPen = 0x0000FF;  // the configured 0xFFFF00 XOR 0xFFFFFF
+constexpr Colour kStripPen = 0x0000FF;  // the configured 0xFFFF00 XOR 0xFFFFFF
 constexpr Colour kStrobePen = 0x0000FF;
 
 // The plane's path runs due north from (0, 0) to (0.1, 0): a marker at plot x lies (x - 1) / 100 degrees
@@ -63,7 +63,7 @@ TEST_F(PlotMarkersTest, TheFirstClickPlacesTheLeftMarkerExactlyThere) {
   EXPECT_EQ(state.leftMarker.x, 5.25F);
   EXPECT_EQ(state.leftMarker.keptX, 5.25F);
   ASSERT_EQ(canvas.lines().size(), 1U);
-  EXPECT_EQ(canvas.lines()[0], (RecordedLine{{5.25, 90}, {5.25, 260}, kMarkerPen, DrawMode::kXorPen, 1}));
+  EXPECT_EQ(canvas.lines()[0], (RecordedLine{{5.25, 90}, {5.25, 260}, kStripPen, DrawMode::kXorPen, 1}));
   EXPECT_EQ(store.reads, (Texts{"Colors/cLRMarker=16776960"}));
   EXPECT_EQ(leftLabels(), (Texts{"lat 0.0425", "lon 0", "100.0", ""}));
   EXPECT_EQ(rightLabels(), (Texts{"", "", "", ""}));
@@ -309,7 +309,7 @@ TEST_F(PlotMarkersTest, ClearingErasesTheLineAndEmptiesTheLabels) {
   EXPECT_FALSE(markers.clear(MarkerSide::kLeft)) << "no trace is left";
   const std::vector<RecordedOperation> expected = {
       RecordedDrawMode{DrawMode::kXorPen}, RecordedFillStyle{FillStyle::kSolid}, RecordedFillColour{kWhite},
-      RecordedLine{{5, 90}, {5, 260}, kMarkerPen, DrawMode::kXorPen, 1}};
+      RecordedLine{{5, 90}, {5, 260}, kStripPen, DrawMode::kXorPen, 1}};
   EXPECT_EQ(canvas.operations(), expected);
   EXPECT_FALSE(state.leftMarker.shown);
   EXPECT_EQ(state.leftMarker.x, 5) << "the view's own position stays";

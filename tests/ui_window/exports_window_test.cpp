@@ -14,7 +14,7 @@ namespace {
 using test::kRidgeEnd;
 using test::kRidgeStart;
 
-constexpr StationProfile_Type kNearEnd{36.30, -84.20, 30.0F};
+constexpr StationProfile_Type kShortEnd{36.30, -84.20, 30.0F};
 
 class ExportsWindowTest : public test::ExportingTest {
  protected:
@@ -465,7 +465,7 @@ TEST_F(ExportsWindowTest, ClosingTheWindowCancels) {
       [&] { window()->close(); },
       [&] { click("cmdExit"); },
       [&] { control_.UnloadMainForm(); },
-      [&] { control_.ShowMainForm(kRidgeStart, kNearEnd); },
+      [&] { control_.ShowMainForm(kRidgeStart, kShortEnd); },
   };
   for (const auto& way : ways) {
     open();

@@ -9,7 +9,7 @@ namespace {
 using test::kRidgeEnd;
 using test::kRidgeStart;
 
-constexpr StationProfile_Type kNearEnd{36.30, -84.20, 30.0F};
+constexpr StationProfile_Type kEastEnd{36.30, -84.20, 30.0F};
 
 class WindowsLifeTest : public test::PlotWindowTest {
  protected:
@@ -51,7 +51,7 @@ class WindowsLifeTest : public test::PlotWindowTest {
 TEST_F(WindowsLifeTest, ASecondPathReplacesTheFirst) {
   open();
   const std::string first = text("lblDist");
-  open(kRidgeStart, kNearEnd);
+  open(kRidgeStart, kEastEnd);
   EXPECT_EQ(shownWindows(), 1);
   EXPECT_NE(text("lblDist"), first);
   EXPECT_NE(control_.get_hWnd(), 0);
@@ -152,14 +152,14 @@ TEST_F(WindowsLifeTest, ReplacedInTheQuestionOfTheECurve) {
   clickPlot(8);
   clickPlot(15);
   dialogs_->onMessage = [this](const MessageBoxRequest&) {
-    control_.ShowMainForm(kRidgeStart, kNearEnd);
+    control_.ShowMainForm(kRidgeStart, kEastEnd);
     settle();
   };
   click("optCurve(1)");
   settle();
   EXPECT_EQ(shownWindows(), 1);
   EXPECT_TRUE(control_.get_PFrmLoaded());
-  EXPECT_EQ(state().inputs.end.latitude, kNearEnd.Lat);
+  EXPECT_EQ(state().inputs.end.latitude, kEastEnd.Lat);
   EXPECT_NE(state().inputs.k, 1.0F) << "the answer was the old window's";
   EXPECT_EQ(logged(), "");
 }
@@ -199,14 +199,14 @@ TEST_F(WindowsLifeTest, ReplacedByTheHostInTheMidstOfADrawing) {
   const auto host = callingHost();
   open();
   duringDrawing(*host, [&] {
-    control_.ShowMainForm(kRidgeStart, kNearEnd);
+    control_.ShowMainForm(kRidgeStart, kEastEnd);
     settle();
   });
   window()->drawLine();
   settle();
   EXPECT_EQ(shownWindows(), 1);
   EXPECT_TRUE(control_.get_PFrmLoaded());
-  EXPECT_EQ(state().inputs.end.latitude, kNearEnd.Lat);
+  EXPECT_EQ(state().inputs.end.latitude, kEastEnd.Lat);
   EXPECT_FALSE(state().flags.drawing);
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
@@ -269,14 +269,14 @@ TEST_F(WindowsLifeTest, BothAreUnloadedInTheLoopOfTheDialogThatTheMenuOpened) {
 TEST_F(WindowsLifeTest, TheWindowIsReplacedInTheSettingsDialogsLoop) {
   open();
   onModal<QDialog>([this](QDialog&) {
-    control_.ShowMainForm(kRidgeStart, kNearEnd);
+    control_.ShowMainForm(kRidgeStart, kEastEnd);
     settle();
   });
   item("mnuProfileOptions").trigger();
   settle();
   EXPECT_EQ(shownWindows(), 1);
   EXPECT_FALSE(control_.get_OFrmLoaded());
-  EXPECT_EQ(state().inputs.end.latitude, kNearEnd.Lat);
+  EXPECT_EQ(state().inputs.end.latitude, kEastEnd.Lat);
 }
 
 TEST_F(WindowsLifeTest, TheSettingsDialogIsOneAlsoWhenItIsAskedForInItsOwnLoop) {
@@ -467,7 +467,7 @@ TEST_F(WindowsLifeTest, AllWindowsGoWithTheApplicationInTheSettingsDialogsLoop) 
 TEST_F(WindowsLifeTest, AHundredWindowsLeaveNothingBehind) {
   open();
   const auto widgets = QApplication::allWidgets().size();
-  for (int i = 0; i < 100; ++i) control_.ShowMainForm(kRidgeStart, i % 2 == 0 ? kRidgeEnd : kNearEnd);
+  for (int i = 0; i < 100; ++i) control_.ShowMainForm(kRidgeStart, i % 2 == 0 ? kRidgeEnd : kEastEnd);
   settle();
   EXPECT_EQ(QApplication::allWidgets().size(), widgets);
   control_.UnloadMainForm();

@@ -9,12 +9,14 @@
 #include "canvas/qt/raster_canvas.h"
 #include "canvas/recording_canvas.h"
 #include "component/api/model_inputs.h"
+#include "component/api/picture_file.h"
 #include "component/api/ready_component.h"
 #include "component/api/windowless_view.h"
 #include "component/desktop/user_numbers.h"
 #include "component/services/characters.h"
 #include "export/export_limits.h"
 #include "export/export_procedures.h"
+#include "export/path_models.h"
 #include "export/signal_graph.h"
 #include "foundation/number_text.h"
 #include "foundation/text.h"
@@ -26,12 +28,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double kDefaultErp = 1;  // kW
-constexpr double kMetresPerKm = 1000;
+constexpr double kDefaultErp = 1;         // kW
 constexpr double kRoundedMetres = 1;      // a distance that was told in kilometres
 constexpr double kHighestPower = 1e6;     // kW
 constexpr double kHighestClutter = 1000;  // dB, either way
-constexpr std::int32_t kNarrowest = 100, kLowest = 80, kLargest = 8000;  // logical pixels
 
 // The same file under a name that is long enough for the procedures, which count characters.
 std::string longEnough(std::string file) {
@@ -103,9 +103,9 @@ class WindowlessExport {
     if (request_.file.empty()) throw Refusal{"no file is named for the export"};
     if (request_.kind != PathExportKind::kBitmap) return;
     const auto fits = [](std::int32_t pixels, std::int32_t least) {
-      return pixels >= least && pixels <= kLargest;
+      return pixels >= least && pixels <= kLargestPicture;
     };
-    if (!fits(request_.width, kNarrowest) || !fits(request_.height, kLowest))
+    if (!fits(request_.width, kNarrowestPlot) || !fits(request_.height, kLowestPlot))
       throw Refusal{"the bitmap would have " + std::to_string(request_.width) + " x " +
                     std::to_string(request_.height) + " pixels; give 100 x 80 to 8000 x 8000"};
   }

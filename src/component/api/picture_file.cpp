@@ -15,7 +15,6 @@
 namespace zel {
 namespace {
 
-constexpr std::int32_t kLargest = 8000;  // logical pixels
 constexpr double kSmallestRatio = 0.5, kLargestRatio = 4;
 constexpr double kMostDevicePixels = 16000;  // of a side
 
@@ -40,10 +39,10 @@ std::unique_ptr<PictureCanvas> canvasOf(const PictureShape& shape) {
 }  // namespace
 
 void checkPictureShape(const PictureShape& shape, std::int32_t leastWidth, std::int32_t leastHeight) {
-  if (shape.width < leastWidth || shape.width > kLargest || shape.height < leastHeight ||
-      shape.height > kLargest)
+  if (shape.width < leastWidth || shape.width > kLargestPicture || shape.height < leastHeight ||
+      shape.height > kLargestPicture)
     throw Refusal{"the picture would have " + sizeText(shape.width, shape.height) + " pixels; give " +
-                  sizeText(leastWidth, leastHeight) + " to " + sizeText(kLargest, kLargest)};
+                  sizeText(leastWidth, leastHeight) + " to " + sizeText(kLargestPicture, kLargestPicture)};
   const double ratio = shape.pixelRatio;
   if (!(ratio >= kSmallestRatio && ratio <= kLargestRatio))
     throw Refusal{"the pixel ratio is not from 0.5 to 4"};

@@ -10,6 +10,9 @@
 
 namespace zel {
 
+// Sides in logical pixels.
+inline constexpr std::int32_t kNarrowestPlot = 100, kLowestPlot = 80, kLargestPicture = 8000;
+
 // Throws Refusal for a size, a ratio or a combination that no picture can have.
 void checkPictureShape(const PictureShape& shape, std::int32_t leastWidth, std::int32_t leastHeight);
 

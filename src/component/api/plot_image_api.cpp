@@ -10,8 +10,6 @@
 namespace zel {
 namespace {
 
-constexpr std::int32_t kNarrowest = 100, kLowest = 80;  // logical pixels
-
 class PlotPicture {
  public:
   PlotPicture(Component& component, const PlotImageRequest& request)
@@ -21,7 +19,7 @@ class PlotPicture {
 
   PlotImage run(bool drawn) {
     try {
-      checkPictureShape(request_, kNarrowest, kLowest);
+      checkPictureShape(request_, kNarrowestPlot, kLowestPlot);
       view_.load();
       view_.checkPath();
       image_.terrain = view_.terrain();

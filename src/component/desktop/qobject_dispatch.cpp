@@ -17,7 +17,7 @@ namespace {
 
 using Kind = AutomationValue::Kind;
 
-[[noreturn]] void fail(AutomationErrorCode code, const std::string& text) {
+[[noreturn]] void throwError(AutomationErrorCode code, const std::string& text) {
   throw AutomationError(code, text);
 }
 
@@ -59,8 +59,8 @@ AutomationValue valueOf(const QVariant& value, const std::string& name) {
       break;
   }
   if (value.canConvert<QObject*>()) return dispatchFromQObject(value.value<QObject*>());
-  fail(AutomationErrorCode::kTypeMismatch,
-       name + " has the type " + value.metaType().name() + ", which late binding does not carry");
+  throwError(AutomationErrorCode::kTypeMismatch,
+             name + " has the type " + value.metaType().name() + ", which late binding does not carry");
 }
 
 template <typename Integer>
@@ -69,7 +69,7 @@ QVariant integerVariant(const AutomationValue& value, const char* type) {
   const double rounded = roundHalfEven(value.toFloat64());
   if (!(rounded >= -kExact && rounded <= kExact) ||
       !std::in_range<Integer>(static_cast<std::int64_t>(rounded)))
-    fail(AutomationErrorCode::kOverflow, value.display() + " does not fit into " + type);
+    throwError(AutomationErrorCode::kOverflow, value.display() + " does not fit into " + type);
   return QVariant::fromValue(static_cast<Integer>(rounded));
 }
 
@@ -109,7 +109,7 @@ QVariant variantFor(const AutomationValue& value, QMetaType type, const std::str
     default:
       break;
   }
-  fail(
+  throwError(
       AutomationErrorCode::kTypeMismatch,
       name + " has the type " + (type.name() == nullptr ? "unknown" : type.name()) + ", which cannot be set");
 }
@@ -121,29 +121,29 @@ class QObjectDispatch final : public Dispatch {
   std::int32_t dispatchId(std::string_view name) const override {
     for (const QByteArray& candidate : propertyNames())
       if (equalIgnoringCase(candidate.toStdString(), name)) return idOf(candidate.toStdString());
-    fail(AutomationErrorCode::kMemberNotFound, "there is no property " + std::string(name));
+    throwError(AutomationErrorCode::kMemberNotFound, "there is no property " + std::string(name));
   }
 
   AutomationValue invoke(std::int32_t id, Access access,
                          std::span<const AutomationValue> arguments) override {
     const std::string name = nameOf(id);
     if (access == Access::kMethod)
-      fail(AutomationErrorCode::kWrongAccess, name + " is a property, not a method");
+      throwError(AutomationErrorCode::kWrongAccess, name + " is a property, not a method");
     if (arguments.size() != (access == Access::kLet ? 1U : 0U))
-      fail(AutomationErrorCode::kWrongArgumentCount,
-           name + " was given " + std::to_string(arguments.size()) + " arguments");
+      throwError(AutomationErrorCode::kWrongArgumentCount,
+                 name + " was given " + std::to_string(arguments.size()) + " arguments");
     const QVariant current = object().property(name.c_str());
     if (access == Access::kGet) return valueOf(current, name);
     const int declared = object().metaObject()->indexOfProperty(name.c_str());
     if (declared >= 0 && !object().metaObject()->property(declared).isWritable())
-      fail(AutomationErrorCode::kWrongAccess, name + " cannot be set");
+      throwError(AutomationErrorCode::kWrongAccess, name + " cannot be set");
     object().setProperty(name.c_str(), variantFor(arguments.front(), current.metaType(), name));
     return {};
   }
 
  private:
   QObject& object() const {
-    if (object_.isNull()) fail(AutomationErrorCode::kFailed, "the object behind it is gone");
+    if (object_.isNull()) throwError(AutomationErrorCode::kFailed, "the object behind it is gone");
     return *object_;
   }
 
@@ -166,7 +166,7 @@ class QObjectDispatch final : public Dispatch {
 
   std::string nameOf(std::int32_t id) const {
     if (id < 1 || static_cast<std::size_t>(id) > names_.size())
-      fail(AutomationErrorCode::kMemberNotFound, "there is no member " + std::to_string(id));
+      throwError(AutomationErrorCode::kMemberNotFound, "there is no member " + std::to_string(id));
     return names_[static_cast<std::size_t>(id - 1)];
   }
 

@@ -8,7 +8,7 @@
 namespace zel::ptp {
 namespace {
 
-double number(std::size_t count) { return static_cast<double>(count); }
+double asReal(std::size_t count) { return static_cast<double>(count); }
 
 // The greatest value(sample) of the obstacles 1 to last - 1, for values that first rise and then fall.
 template <class Value>
@@ -35,13 +35,13 @@ double bullingtonLoss(double nu, double distance) {
 double smoothBullingtonNu(const SmoothPath& path, double wavelength) {
   const std::size_t last = path.last;
   if (last < 2) return kLeastNu;
-  const double distance = number(last) * path.spacing;
+  const double distance = asReal(last) * path.spacing;
   const double curvature = 500 / path.effectiveRadius;  // metres of rise for each km^2
   // The slope to an obstacle, m/km, from an antenna that many km away: the rise's slope, less the height's.
   const auto steepest = [&](double height) {
     return summit(last, [&](std::size_t sample) {
-      const double near = number(sample) * path.spacing;
-      const double far = number(last - sample) * path.spacing;
+      const double near = asReal(sample) * path.spacing;
+      const double far = asReal(last - sample) * path.spacing;
       return curvature * far - height / near;
     });
   };
@@ -49,8 +49,8 @@ double smoothBullingtonNu(const SmoothPath& path, double wavelength) {
   const double forward = steepest(path.transmitter);                    // S_tim
   if (forward < direct) {
     const double nu = summit(last, [&](std::size_t sample) {
-      const double near = number(sample) * path.spacing;
-      const double far = number(last - sample) * path.spacing;
+      const double near = asReal(sample) * path.spacing;
+      const double far = asReal(last - sample) * path.spacing;
       const double line = (path.transmitter * far + path.receiver * near) / distance;
       return (curvature * near * far - line) * knifeEdgeScale(distance, near, far, wavelength);
     });
@@ -61,7 +61,7 @@ double smoothBullingtonNu(const SmoothPath& path, double wavelength) {
   // Both rays graze along the direct one.
   if (!(slopes > 0)) return 0;
   const double crossing = std::clamp((path.receiver - path.transmitter + backward * distance) / slopes,
-                                     path.spacing, number(last - 1) * path.spacing);  // d_b, km
+                                     path.spacing, asReal(last - 1) * path.spacing);  // d_b, km
   const double height = (forward - direct) * crossing;
   return height * knifeEdgeScale(distance, crossing, distance - crossing, wavelength);
 }

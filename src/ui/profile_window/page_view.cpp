@@ -14,11 +14,11 @@
 namespace zel {
 namespace {
 
-constexpr double kStep = 1.25;  // from one zoom to the next
-constexpr int kMargin = 12;     // logical pixels around the sheet
-constexpr int kShadow = 3;      // logical pixels
-constexpr int kFocusFrame = 2;  // logical pixels
-constexpr int kNotch = 120;     // of the wheel, eighths of a degree
+constexpr double kStep = 1.25;    // from one zoom to the next
+constexpr int kSheetMargin = 12;  // logical pixels around the sheet
+constexpr int kShadow = 3;        // logical pixels
+constexpr int kFocusFrame = 2;    // logical pixels
+constexpr int kNotch = 120;       // of the wheel, eighths of a degree
 
 }  // namespace
 
@@ -43,7 +43,7 @@ QSizeF PageView::sizeAt(double zoom) const {
 double PageView::fittingZoom() const {
   const QSizeF whole = sizeAt(1);
   if (whole.isEmpty()) return zoom_;
-  const QSize room = maximumViewportSize() - QSize(2 * kMargin, 2 * kMargin);
+  const QSize room = maximumViewportSize() - QSize(2 * kSheetMargin, 2 * kSheetMargin);
   return std::clamp(std::min(room.width() / whole.width(), room.height() / whole.height()), kSmallest,
                     kLargest);
 }
@@ -66,8 +66,8 @@ void PageView::zoomAbout(double zoom, QPointF kept) {
   const QSizeF now = sizeAt(zoom_);
   const double x = (kept.x() - before.x()) / before.width() * now.width();
   const double y = (kept.y() - before.y()) / before.height() * now.height();
-  horizontalScrollBar()->setValue(static_cast<int>(std::lround(x + kMargin - kept.x())));
-  verticalScrollBar()->setValue(static_cast<int>(std::lround(y + kMargin - kept.y())));
+  horizontalScrollBar()->setValue(static_cast<int>(std::lround(x + kSheetMargin - kept.x())));
+  verticalScrollBar()->setValue(static_cast<int>(std::lround(y + kSheetMargin - kept.y())));
 }
 
 void PageView::layOut() { takeZoom(fitted_ ? fittingZoom() : zoom_); }
@@ -77,7 +77,7 @@ void PageView::takeZoom(double zoom) {
   const QSizeF sheet = sizeAt(zoom_);
   // A fitted sheet needs none, whatever its last pixel is rounded to.
   const auto range = [this](double length, int room) {
-    return fitted_ ? 0 : std::max(0, static_cast<int>(std::ceil(length)) + 2 * kMargin - room);
+    return fitted_ ? 0 : std::max(0, static_cast<int>(std::ceil(length)) + 2 * kSheetMargin - room);
   };
   // The first bar may take room from the other.
   for (int i = 0; i < 2; ++i) {
@@ -93,7 +93,7 @@ void PageView::takeZoom(double zoom) {
 QRectF PageView::sheetRectangle() const {
   const QSizeF sheet = sizeAt(zoom_);
   const auto start = [](double length, int room, const QScrollBar& bar) {
-    return bar.maximum() > 0 ? double{kMargin} - bar.value() : std::floor((room - length) / 2);
+    return bar.maximum() > 0 ? double{kSheetMargin} - bar.value() : std::floor((room - length) / 2);
   };
   return {QPointF(start(sheet.width(), viewport()->width(), *horizontalScrollBar()),
                   start(sheet.height(), viewport()->height(), *verticalScrollBar())),

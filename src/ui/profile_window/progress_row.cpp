@@ -8,7 +8,7 @@
 namespace zel {
 namespace {
 
-constexpr int kMargin = 8;  // logical pixels, as of the slider's caption
+constexpr int kRowMargin = 8;  // logical pixels, as of the slider's caption
 
 }  // namespace
 
@@ -58,7 +58,7 @@ ProgressRow::ProgressRow(QWidget* parent)
   setFocusProxy(cmdCancel_);
 
   auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(kMargin, 0, kMargin, 0);
+  row->setContentsMargins(kRowMargin, 0, kRowMargin, 0);
   row->addWidget(lblProgress_);
   row->addWidget(prgExport_, 1);
   row->addWidget(cmdCancel_);

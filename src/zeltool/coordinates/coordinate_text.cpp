@@ -15,7 +15,7 @@ namespace zel {
 
 namespace {
 
-using Result = Parsed<CoordinateText>;
+using ParsedText = Parsed<CoordinateText>;
 
 constexpr std::array<std::string_view, 3> kPartNames{"degrees", "minutes", "seconds"};
 
@@ -57,7 +57,7 @@ class CoordinateReader {
  public:
   explicit CoordinateReader(std::string_view text) : text_(text) {}
 
-  Result read() {
+  ParsedText read() {
     skipBlanks();
     if (atEnd()) return bad(TextError::kEmpty, "there is no coordinate", 0);
     if (isHemisphereLetter(peek())) takeLetter();
@@ -126,7 +126,7 @@ class CoordinateReader {
   }
 
   // Degrees, minutes and seconds with what stands between them.
-  std::optional<Result> readParts() {
+  std::optional<ParsedText> readParts() {
     if (!atNumber()) return atEnd() ? bad(TextError::kUnreadable, "there is no number", at_) : unreadable();
     for (;;) {
       if (parts_.size() == kPartNames.size())
@@ -139,7 +139,7 @@ class CoordinateReader {
   }
 
   // What follows a number. `another`: it leads to the next number, which begins here.
-  std::optional<Result> readBetween(bool& another) {
+  std::optional<ParsedText> readBetween(bool& another) {
     const std::size_t numberEnd = at_;
     skipBlanks();
     const std::size_t markAt = at_;
@@ -195,7 +195,7 @@ class CoordinateReader {
     return upperCaseMarks_;
   }
 
-  Result value() const {
+  ParsedText value() const {
     for (std::size_t i = 0; i + 1 < parts_.size(); ++i)
       if (parts_[i].fraction)
         return bad(TextError::kFraction, "only the last part may have a fraction", parts_[i].at);
@@ -212,14 +212,14 @@ class CoordinateReader {
     CoordinateText coordinate;
     coordinate.degrees = negative && degrees != 0 ? -degrees : degrees;
     if (letter_ != 0) coordinate.axis = letter_ == 'N' || letter_ == 'S' ? Axis::kLatitude : Axis::kLongitude;
-    return Result::good(coordinate);
+    return ParsedText::good(coordinate);
   }
 
-  Result bad(TextError error, std::string what, std::size_t byte) const {
-    return Result::bad(error, std::move(what), columnOf(text_, byte));
+  ParsedText bad(TextError error, std::string what, std::size_t byte) const {
+    return ParsedText::bad(error, std::move(what), columnOf(text_, byte));
   }
 
-  Result unreadable() const {
+  ParsedText unreadable() const {
     return bad(TextError::kUnreadable, "\"" + characterAt(text_, at_) + "\" has no meaning here", at_);
   }
 
