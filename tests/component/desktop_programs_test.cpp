@@ -28,7 +28,7 @@ namespace {
 namespace fs = std::filesystem;
 using test::fileBytes;
 using test::writeBytes;
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 constexpr std::int32_t kLong = 20000;  // milliseconds; programs that hang do so for 30 s
 constexpr std::chrono::milliseconds kBeforeItsEnd{25000};
@@ -106,19 +106,19 @@ TEST_F(DesktopProgramsTest, AKilledProgramHasCrashed) {
 }
 
 TEST_F(DesktopProgramsTest, AProgramIsEndedWhenItIsNoLongerWaitedFor) {
-  const auto begin = Clock::now();
+  const auto begin = SteadyClock::now();
   int asked = 0;
   const ProgramOutcome outcome = programs.run(shell("sleep 30"), kLong, [&] { return ++asked < 4; });
   EXPECT_FALSE(outcome.finished);
   EXPECT_EQ(asked, 4);
-  EXPECT_LT(Clock::now() - begin, kBeforeItsEnd);
+  EXPECT_LT(SteadyClock::now() - begin, kBeforeItsEnd);
   EXPECT_TRUE(noChildIsLeft());
 }
 
 TEST_F(DesktopProgramsTest, AProgramThatHangsIsEndedAfterItsTime) {
-  const auto begin = Clock::now();
+  const auto begin = SteadyClock::now();
   const ProgramOutcome outcome = programs.run(shell("sleep 30"), 200, {});
-  const auto took = Clock::now() - begin;
+  const auto took = SteadyClock::now() - begin;
   EXPECT_FALSE(outcome.finished);
   EXPECT_GE(took, std::chrono::milliseconds(200));
   EXPECT_LT(took, kBeforeItsEnd);
@@ -368,9 +368,9 @@ TEST_F(DesktopProgramsTest, AForkInAnotherThreadDoesNotHoldUpAStartForever) {
     }
   });
   while (!begun) std::this_thread::yield();
-  const auto begin = Clock::now();
+  const auto begin = SteadyClock::now();
   programs.start(shell(": > \"$1\"", {path("done")}));
-  const auto took = Clock::now() - begin;
+  const auto took = SteadyClock::now() - begin;
   forking = false;
   other.join();
   for (const pid_t process : forked) {

@@ -13,18 +13,17 @@
 #include <string>
 #include <vector>
 
+#include "bundled_path.h"
 #include "real_component.h"
 #include "support/offscreen.h"
+#include "support/says.h"
 #include "ui/profile_window/frm_profile.h"
 #include "zel/path_export.h"
 
 namespace zel {
 namespace {
 
-bool says(const std::vector<std::string>& texts, const std::string& part) {
-  return std::any_of(texts.begin(), texts.end(),
-                     [&part](const std::string& text) { return text.find(part) != std::string::npos; });
-}
+using test::says;
 
 std::vector<std::string> linesOf(const std::string& bytes) {
   std::vector<std::string> lines;
@@ -36,8 +35,8 @@ std::vector<std::string> linesOf(const std::string& bytes) {
   return lines;
 }
 
-constexpr StationProfile_Type kStart{36.40, -84.35, 30};
-constexpr StationProfile_Type kEnd{36.22, -84.12, 12};  // 28.734 km
+using test::kEnd;
+using test::kStart;
 
 class PathExportTest : public test::RealComponentOver<test::OffscreenTest<QApplication>> {
  protected:

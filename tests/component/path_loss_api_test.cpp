@@ -11,7 +11,9 @@
 #include <utility>
 #include <vector>
 
+#include "bundled_path.h"
 #include "real_component.h"
+#include "support/says.h"
 #include "zel/longley_rice.h"
 #include "zel/path_loss.h"
 #include "zel/path_profile.h"
@@ -20,16 +22,13 @@
 namespace zel {
 namespace {
 
-constexpr Position kFrom{36.40, -84.35};
-constexpr Position kTo{36.22, -84.12};
+using test::kFrom;
+using test::kTo;
 const PathLossRequest kRequest{kFrom, kTo, 30.0, 12.0, 950.0};
 
 using Texts = std::vector<std::string>;
 
-bool says(const Texts& texts, const std::string& part) {
-  return std::any_of(texts.begin(), texts.end(),
-                     [&part](const std::string& text) { return text.find(part) != std::string::npos; });
-}
+using test::says;
 
 class PathLossApiTest : public test::RealComponent {
  protected:

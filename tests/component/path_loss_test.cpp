@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "bundled_path.h"
 #include "real_component.h"
 #include "zel/c_api.h"
 #include "zel/longley_rice.h"
@@ -13,8 +14,8 @@ namespace {
 
 using test::RealComponent;
 
-constexpr StationProfile_Type kStart{36.40, -84.35, 30};
-constexpr StationProfile_Type kEnd{36.22, -84.12, 12};  // 28.7 km
+using test::kEnd;
+using test::kStart;
 
 class GetPathLossTest : public RealComponent {
  protected:

@@ -13,19 +13,18 @@
 #include <utility>
 #include <vector>
 
+#include "bundled_path.h"
 #include "canvas/qt/pdf_document.h"
 #include "real_component.h"
 #include "support/offscreen.h"
+#include "support/says.h"
 #include "ui/profile_window/frm_profile.h"
 #include "zel/path_page.h"
 
 namespace zel {
 namespace {
 
-bool says(const std::vector<std::string>& texts, const std::string& part) {
-  return std::any_of(texts.begin(), texts.end(),
-                     [&part](const std::string& text) { return text.find(part) != std::string::npos; });
-}
+using test::says;
 
 std::size_t countOf(std::string_view text, std::string_view part) {
   std::size_t count = 0;
@@ -43,8 +42,8 @@ std::string withoutTimeOfWriting(std::string document) {
   return at == std::string::npos ? document : document.replace(at + entry.size(), 14, 14, '0');
 }
 
-constexpr StationProfile_Type kStart{36.40, -84.35, 30};
-constexpr StationProfile_Type kEnd{36.22, -84.12, 12};  // 28.734 km
+using test::kEnd;
+using test::kStart;
 
 class PathPageTest : public test::RealComponentOver<test::OffscreenTest<QApplication>> {
  protected:

@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "bundled_path.h"
 #include "real_component.h"
+#include "support/says.h"
 #include "zel/path_loss.h"
 #include "zel/path_profile.h"
 #include "zel/settings.h"
@@ -15,16 +17,13 @@
 namespace zel {
 namespace {
 
-constexpr Position kFrom{36.40, -84.35};
-constexpr Position kTo{36.22, -84.12};
-const PathLossRequest kRequest{kFrom, kTo, 30.0, 12.0, 950.0};
+using test::kFrom;
+using test::kTo;
+const PathLossRequest kAsked{kFrom, kTo, 30.0, 12.0, 950.0};
 
 using Texts = std::vector<std::string>;
 
-bool says(const Texts& texts, const std::string& part) {
-  return std::any_of(texts.begin(), texts.end(),
-                     [&part](const std::string& text) { return text.find(part) != std::string::npos; });
-}
+using test::says;
 
 std::string all(const Texts& texts) {
   std::string joined;
@@ -34,19 +33,19 @@ std::string all(const Texts& texts) {
 
 class PathRequestTest : public test::RealComponent {
  protected:
-  static PathLoss computed(const PathLossRequest& request = kRequest) {
+  static PathLoss computed(const PathLossRequest& request = kAsked) {
     PathLoss loss = computePathLoss(request);
     EXPECT_EQ(loss.status, 0) << loss.error;
     return loss;
   }
-  static std::string refusal(const PathLossRequest& request = kRequest) {
+  static std::string refusal(const PathLossRequest& request = kAsked) {
     const PathLoss loss = computePathLoss(request);
     EXPECT_EQ(loss.status, 5);
     return loss.error;
   }
   // Due south of the start, to a metre.
   static PathLossRequest southwards(double km) {
-    PathLossRequest request = kRequest;
+    PathLossRequest request = kAsked;
     double degrees = km / 111;
     for (int i = 0; i < 4; ++i) {
       request.to = {kFrom.latitude - degrees, kFrom.longitude};
@@ -92,7 +91,7 @@ TEST_F(PathRequestTest, ARefusalByTheModelNamesTheSettingThatTheValueCameFrom) {
 }
 
 TEST_F(PathRequestTest, AFrequencyOfNothingIsRefusedByItsSettingWhenNoneWasGiven) {
-  PathLossRequest request = kRequest;
+  PathLossRequest request = kAsked;
   request.frequencyMhz = 0;
   EXPECT_EQ(refusal(request).find("the frequency is 0 MHz; give a number above 0"), 0U);
   request.frequencyMhz.reset();
@@ -170,7 +169,7 @@ TEST_F(PathRequestTest, WarnsOnceOfEveryStoredTextThatIsNotUsedAsItReads) {
               {"Profile", "Prf_HtL", "30.5", "30: it takes a whole number from 1 to 750 (m)"},
               {"Settings", "CalcMethod", "2", "0: it takes one of 0,1"}};
   for (const auto& row : rows) set(row.section, row.key, row.stored);
-  PathLossRequest request = kRequest;
+  PathLossRequest request = kAsked;
   request.fromHeight.reset();
   request.frequencyMhz.reset();
   const PathLoss loss = computed(request);
@@ -200,7 +199,7 @@ TEST_F(PathRequestTest, WarnsOfNoTextThatIsUsedAsItReads) {
         {"Profile", "Prf_TRes", "3"},
         {"Settings", "CalcMethod", "1"}})
     set(section, key, value);
-  PathLossRequest request = kRequest;
+  PathLossRequest request = kAsked;
   request.frequencyMhz.reset();
   EXPECT_FALSE(says(computed(request).warnings, "the setting")) << all(computed(request).warnings);
   EXPECT_FALSE(says(computed(request).warnings, "it takes"));

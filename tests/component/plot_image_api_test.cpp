@@ -13,6 +13,7 @@
 
 #include "component/desktop/desktop_dialogs.h"
 #include "real_component.h"
+#include "support/says.h"
 #include "zel/path_profile.h"
 #include "zel/plot_image.h"
 #include "zel/terrain.h"
@@ -23,10 +24,7 @@ namespace {
 constexpr QRgb kBlackPixel = 0xFF000000;
 constexpr QRgb kRedPixel = 0xFFFF0000;
 
-bool says(const std::vector<std::string>& texts, const std::string& part) {
-  return std::any_of(texts.begin(), texts.end(),
-                     [&part](const std::string& text) { return text.find(part) != std::string::npos; });
-}
+using test::says;
 
 class PlotImageApiTest : public test::RealComponent {
  protected:

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "bundled_path.h"
 #include "real_component.h"
 #include "support/environment_variable.h"
 #include "zel/c_api.h"
@@ -14,8 +15,8 @@
 namespace zel {
 namespace {
 
-constexpr StationProfile_Type kStart{36.40, -84.35, 30};
-constexpr StationProfile_Type kEnd{36.22, -84.12, 12};  // 28.7 km
+using test::kEnd;
+using test::kStart;
 
 class StoredPathExportTest : public test::RealComponent {
  protected:

@@ -38,7 +38,7 @@ Split split(double coordinate) {
 }  // namespace
 
 HeightReader::HeightReader(const SourceIndex& index, BlockCache& cache, bool cubic, bool fast)
-    : index_(index), cache_(cache), cubic_(cubic), fast_(fast) {}
+    : index_(index), cache_(cache), cubic_(cubic), fast_(fast), outsideHeight_(kVoidHeight) {}
 
 void HeightReader::read(std::span<const GeoPoint> positions, std::span<float> heights) {
   projected_.clear();
@@ -50,9 +50,10 @@ void HeightReader::read(std::span<const GeoPoint> positions, std::span<float> he
       i = next;
       continue;
     }
-    const float height = readOne(positions, i);
+    bool isOutside = false;
+    const float height = readOne(positions, i, isOutside);
     const bool isVoid = std::isnan(height);
-    heights[i] = isVoid ? kVoidHeight : height;
+    heights[i] = isOutside ? outsideHeight_ : isVoid ? kVoidHeight : height;
     voids_ += isVoid ? 1 : 0;
     ++i;
   }
@@ -93,10 +94,11 @@ std::size_t HeightReader::runStretch(std::span<const GeoPoint> positions, std::s
   return positions.size();
 }
 
-float HeightReader::readOne(std::span<const GeoPoint> positions, std::size_t i) {
+float HeightReader::readOne(std::span<const GeoPoint> positions, std::size_t i, bool& isOutside) {
   const GeoPoint position = positions[i];
   const auto outside = [&] {
     if (!firstOutside_) firstOutside_ = i;
+    isOutside = true;
     return static_cast<float>(kVoid);
   };
   if (!isPlace(position)) return outside();

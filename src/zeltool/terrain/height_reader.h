@@ -25,6 +25,9 @@ class HeightReader {
   // `fast` false takes every height the long way, for comparison.
   HeightReader(const SourceIndex& index, BlockCache& cache, bool cubic, bool fast = true);
 
+  // What read() gives for positions that firstOutside() tells of; kVoidHeight unless set.
+  void setOutsideHeight(float height) { outsideHeight_ = height; }
+
   // Heights (metres, kVoidHeight for a void) at positions on WGS 84.
   void read(std::span<const GeoPoint> positions, std::span<float> heights);
 
@@ -56,7 +59,7 @@ class HeightReader {
   template <bool kCubic>
   std::size_t runStretch(std::span<const GeoPoint> positions, std::span<float> heights,
                          std::size_t first) const;
-  float readOne(std::span<const GeoPoint> positions, std::size_t i);
+  float readOne(std::span<const GeoPoint> positions, std::size_t i, bool& isOutside);
   bool moveStretch(std::span<const GeoPoint> positions, std::size_t i);
   bool openStretch(const RasterFile& file, GeoPoint position, GridPlace place);
   bool stretchHolds(GeoPoint position) const;
@@ -84,6 +87,7 @@ class HeightReader {
   const SourceIndex& index_;
   BlockCache& cache_;
   const bool cubic_, fast_;
+  float outsideHeight_;
   std::int32_t voids_ = 0;
   std::optional<std::size_t> firstOutside_;
   std::vector<const RasterFile*> used_, asked_;

@@ -1,19 +1,23 @@
 #include "zeltool/terrain/raster_access.h"
 
+#include <cpl_string.h>
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <map>
+#include <numbers>
 #include <string_view>
 #include <vector>
 
 #include "foundation/text.h"
 #include "zeltool/terrain/gdal_session.h"
 #include "zeltool/terrain/height_units.h"
+#include "zeltool/terrain/longitude.h"
 #include "zeltool/terrain/virtual_raster.h"
 
 namespace zel {
@@ -86,6 +90,14 @@ GeoPoint RasterPlacement::positionOf(GridPlace place) const {
   GridPoint point = grid.pointOf(place);
   if (transform) transform->toWgs84({&point.x, 1}, {&point.y, 1});
   return {point.y, point.x};
+}
+
+double cellDegrees(const RasterPlacement& placement) {
+  const double column = 0.5 * (placement.columns() - 1), row = 0.5 * (placement.rows() - 1);
+  const GeoPoint a = placement.positionOf({column, row - 0.5}), b = placement.positionOf({column, row + 0.5});
+  // Rows of a projection may run along meridians.
+  const double along = std::cos(a.latitude * std::numbers::pi / 180);
+  return std::hypot(a.latitude - b.latitude, (longitudeNear(a.longitude, b.longitude) - b.longitude) * along);
 }
 
 class TransformStore {
@@ -225,9 +237,17 @@ std::optional<RasterPlacement> OpenRaster::placement(TransformStore& transforms,
   return RasterPlacement{*grid, transform, *covered, reach.value_or(*covered)};
 }
 
+std::vector<std::string> OpenRaster::files() const {
+  const GdalSession session;
+  const CPLStringList list(dataset_->GetFileList());
+  return {list.List(), list.List() + list.Count()};
+}
+
 HeightBlock OpenRaster::read(const PostWindow& window, std::string& problem) const {
   GdalSession session;
   const std::size_t count = static_cast<std::size_t>(window.columns) * static_cast<std::size_t>(window.rows);
+  HeightBlock block{window, std::vector<float>(count)};
+  if (hasShortCells() && readShortCells(block)) return block;
   std::vector<double> cells(count);
   if (!readCells(window, cells.data())) {
     problem = "part of it cannot be read" + afterColon(session.takeError());
@@ -235,11 +255,35 @@ HeightBlock OpenRaster::read(const PostWindow& window, std::string& problem) con
   }
   blankMaskedCells(window, cells.data());
   if (!encoding_.noData) blankMissingCells(window, cells.data());
-  HeightBlock block{window, std::vector<float>(count)};
   const HeightEncoding encoding = encoding_;
   std::transform(cells.begin(), cells.end(), block.heights.begin(),
                  [&encoding](double raw) { return encoding.decode(raw); });
   return block;
+}
+
+// Cells of 16 bits whose value alone says what they stand for: most tiles, and their heights come out of a
+// table in a fifth of the time.
+bool OpenRaster::hasShortCells() const {
+  const int mask = band_->GetMaskFlags();
+  if (band_->GetRasterDataType() != GDT_Int16 || (mask & (GMF_ALL_VALID | GMF_NODATA)) == 0) return false;
+  const GDALDriver* driver = dataset_->GetDriver();
+  return encoding_.noData || (driver && std::string_view(driver->GetDescription()) == "SRTMHGT");
+}
+
+bool OpenRaster::readShortCells(HeightBlock& block) const {
+  const PostWindow& window = block.window;
+  std::vector<std::int16_t> cells(block.heights.size());
+  if (band_->RasterIO(GF_Read, window.column, window.row, window.columns, window.rows, cells.data(),
+                      window.columns, window.rows, GDT_Int16, 0, 0, nullptr) != CE_None)
+    return false;
+  std::call_once(tableMade_, [this] {
+    table_.resize(std::size_t{1} << 16);
+    for (int raw = INT16_MIN; raw <= INT16_MAX; ++raw)
+      table_[static_cast<std::size_t>(raw - INT16_MIN)] = encoding_.decode(raw);
+  });
+  std::transform(cells.begin(), cells.end(), block.heights.begin(),
+                 [this](std::int16_t raw) { return table_[static_cast<std::size_t>(raw - INT16_MIN)]; });
+  return true;
 }
 
 bool OpenRaster::readCells(const PostWindow& window, double* cells) const {

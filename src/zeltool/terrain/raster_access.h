@@ -8,8 +8,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "zeltool/terrain/crs_transform.h"
 #include "zeltool/terrain/grid_geometry.h"
@@ -36,6 +38,9 @@ struct RasterPlacement {
   GeoPoint positionOf(GridPlace place) const;
 };
 
+// Height of a cell in degrees of latitude, about.
+double cellDegrees(const RasterPlacement& placement);
+
 // Transformations by coordinate system, so that the tiles of a folder share one. Not for several threads.
 class TransformStore;
 std::shared_ptr<TransformStore> makeTransformStore();
@@ -52,6 +57,9 @@ class OpenRaster {
   // Cells that cannot be read are voids; `problem` then tells why.
   HeightBlock read(const PostWindow& window, std::string& problem) const;
 
+  // The files that it is made of, its own among them.
+  std::vector<std::string> files() const;
+
   GDALDataset& dataset() const { return *dataset_; }
   GDALRasterBand& band() const { return *band_; }
   const HeightEncoding& encoding() const { return encoding_; }
@@ -66,6 +74,8 @@ class OpenRaster {
   OpenRaster() = default;
   std::string refusal() const;
   std::string readEncoding();
+  bool hasShortCells() const;
+  bool readShortCells(HeightBlock& block) const;
   bool readCells(const PostWindow& window, double* cells) const;
   void readPieces(const PostWindow& window, double* cells) const;
   void blankMaskedCells(const PostWindow& window, double* cells) const;
@@ -81,6 +91,8 @@ class OpenRaster {
   GDALRasterBand* band_ = nullptr;
   HeightEncoding encoding_;
   std::string heightUnit_, remark_;
+  mutable std::once_flag tableMade_;
+  mutable std::vector<float> table_;  // heights of all values of 16 bits, from the least
 };
 
 }  // namespace zel

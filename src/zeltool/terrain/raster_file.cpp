@@ -3,9 +3,23 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "zeltool/terrain/raster_listing.h"
 
 namespace zel {
 namespace {
+
+// Path, size and time of change; a path within an archive alone, whose file on disk is another line.
+std::string stateOf(const std::string& path) {
+  if (path.starts_with("/vsi")) return path;
+  std::error_code ignored;
+  const std::string absolute = std::filesystem::absolute(path, ignored).string();
+  const WatchedPath now = watch(path);
+  return absolute + " " + std::to_string(now.bytes) + " " + std::to_string(now.modified);
+}
 
 std::uint64_t nextId() {
   static std::atomic<std::uint64_t> last{0};
@@ -38,11 +52,11 @@ std::size_t OpenFiles::count() const {
   return files_.size();
 }
 
-RasterFile::RasterFile(std::string path, std::string shownPath, RasterPlacement placement,
+RasterFile::RasterFile(std::string path, WatchedPath seen, RasterPlacement placement,
                        std::shared_ptr<OpenFiles> openFiles)
     : id_(nextId()),
       path_(std::move(path)),
-      shownPath_(std::move(shownPath)),
+      seen_(std::move(seen)),
       placement_(std::move(placement)),
       openFiles_(std::move(openFiles)) {}
 
@@ -60,22 +74,59 @@ HeightBlockPtr RasterFile::block(const BlockKey& key, BlockCache& cache) const {
   const std::lock_guard lock(mutex_);
   // Another thread may have read it while this one waited.
   if (auto known = cache.find(key)) return known;
-  const PostWindow window = windowOf(key);
-  openLocked();
-  if (!raster_) {
-    const std::size_t count =
-        static_cast<std::size_t>(window.columns) * static_cast<std::size_t>(window.rows);
-    return std::make_shared<const HeightBlock>(HeightBlock{window, std::vector<float>(count, NAN)});
-  }
-  std::string problem;
-  auto block = std::make_shared<const HeightBlock>(raster_->read(window, problem));
-  if (problem_.empty()) problem_ = problem;
-  cache.put(key, block);
+  auto block = std::make_shared<const HeightBlock>(readLocked(windowOf(key)));
+  if (raster_) cache.put(key, block);
   return block;
+}
+
+HeightBlock RasterFile::readPosts(const PostWindow& window) const {
+  const std::lock_guard lock(mutex_);
+  return readLocked(window);
+}
+
+HeightBlock RasterFile::readLocked(const PostWindow& window) const {
+  openLocked();
+  if (raster_) {
+    std::string problem;
+    HeightBlock block = raster_->read(window, problem);
+    // A file that was cut or is being written gives any heights at all, without an error.
+    if (!changedOnDisk()) {
+      if (problem_.empty()) problem_ = problem;
+      return block;
+    }
+    failLocked("the file was changed while it was in use");
+  }
+  const std::size_t count = static_cast<std::size_t>(window.columns) * static_cast<std::size_t>(window.rows);
+  return {window, std::vector<float>(count, NAN)};
+}
+
+void RasterFile::failLocked(const std::string& problem) const {
+  raster_.reset();
+  failed_ = true;
+  problem_ = problem;
+}
+
+std::string RasterFile::state() const {
+  std::vector<std::string> files{path_, seen_.path};
+  // A virtual raster is made of other files, and a raster may have a mask beside it.
+  if (!path_.ends_with(".hgt")) {
+    const std::lock_guard lock(mutex_);
+    openLocked();
+    if (raster_) {
+      const std::vector<std::string> parts = raster_->files();
+      files.insert(files.end(), parts.begin(), parts.end());
+    }
+  }
+  std::sort(files.begin(), files.end());
+  files.erase(std::unique(files.begin(), files.end()), files.end());
+  std::string text;
+  for (const std::string& file : files) text += stateOf(file) + "\n";
+  return text;
 }
 
 void RasterFile::openLocked() const {
   if (failed_) return;
+  read_ = true;
   if (!raster_) {
     std::string problem;
     raster_ = OpenRaster::open(path_, problem);
@@ -83,11 +134,7 @@ void RasterFile::openLocked() const {
       raster_.reset();
       problem = "its size changed while it was in use";
     }
-    if (!raster_) {
-      failed_ = true;
-      problem_ = problem;
-      return;
-    }
+    if (!raster_) return failLocked(problem);
     if (problem_.empty()) problem_ = raster_->remark();
   }
   openFiles_->touched(const_cast<RasterFile&>(*this));

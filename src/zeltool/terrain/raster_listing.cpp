@@ -26,12 +26,12 @@ constexpr std::size_t kMostInArchive = 10'000;  // entries
 constexpr std::string_view kArchive = "/vsizip/", kPacked = "/vsigzip/";
 
 // Endings of files that accompany rasters but hold no heights.
-constexpr std::array<std::string_view, 58> kCompanions = {
-    ".aux",  ".avl", ".blw", ".bpw",  ".bqw", ".clr", ".cpg",  ".csv",    ".dbf",  ".doc",  ".docx", ".gfw",
-    ".gfs",  ".hdr", ".htm", ".html", ".ige", ".ini", ".j2w",  ".jgw",    ".jpgw", ".json", ".kml",  ".kmz",
-    ".lock", ".log", ".lst", ".md",   ".md5", ".met", ".msk",  ".ovr",    ".pdf",  ".pgw",  ".prj",  ".py",
-    ".qix",  ".qml", ".rrd", ".sbn",  ".sbx", ".sh",  ".sha1", ".sha256", ".shp",  ".shx",  ".stx",  ".tfw",
-    ".tifw", ".tmp", ".txt", ".url",  ".wld", ".xls", ".xlsx", ".xml",    ".yaml", ".yml"};
+constexpr std::array<std::string_view, 60> kCompanions = {
+    ".aux",  ".avl", ".blw",  ".bpw",  ".bqw", ".clr", ".cpg", ".csv",  ".dbf",    ".doc",  ".docx", ".gfw",
+    ".gfs",  ".hdr", ".htm",  ".html", ".ige", ".ini", ".j2w", ".jgw",  ".jpgw",   ".json", ".kml",  ".kmz",
+    ".lock", ".log", ".lst",  ".md",   ".md5", ".met", ".msk", ".num",  ".ovr",    ".pdf",  ".pgw",  ".prj",
+    ".py",   ".qix", ".qml",  ".rrd",  ".sbn", ".sbx", ".sh",  ".sha1", ".sha256", ".shp",  ".shx",  ".stx",
+    ".swb",  ".tfw", ".tifw", ".tmp",  ".txt", ".url", ".wld", ".xls",  ".xlsx",   ".xml",  ".yaml", ".yml"};
 
 bool isCompanion(std::string_view name) {
   if (name.starts_with(".")) return true;
@@ -131,8 +131,10 @@ class Walk {
     const std::string name = path.filename().string();
     if (isArchive(name)) return archive(path);
     const std::uintmax_t bytes = fs::file_size(path, error);
-    if (bytes == 0 || error)
+    if (bytes == 0 || error) {
+      result_.watched.push_back(watch(path.string()));
       return problem(path, error ? "it cannot be read: " + error.message() : "it is empty");
+    }
     // What the end states is a claim: the raster library holds the content against it when it is opened.
     if (isPackedTile(name))
       return add({std::string(kPacked) + path.string(), path.string(), name.substr(0, name.size() - 3),

@@ -18,7 +18,7 @@ std::optional<RasterPlacement> placeByOpening(const RasterCandidate& candidate, 
 }  // namespace
 
 SourceIndex::SourceIndex(const SourceDefinition& definition, std::shared_ptr<OpenFiles> openFiles,
-                         const SourceIndex* previous)
+                         const SourceIndex* previous, const std::atomic<bool>* cancelled)
     : definition_(definition), openFiles_(std::move(openFiles)), transforms_(makeTransformStore()) {
   for (const std::string& path : definition.paths) {
     RasterListing listing = listRasters(path);
@@ -26,32 +26,39 @@ SourceIndex::SourceIndex(const SourceDefinition& definition, std::shared_ptr<Ope
     problems_.insert(problems_.end(), listing.problems.begin(), listing.problems.end());
     if (listing.rasters.empty() && listing.problems.empty())
       problems_.push_back(path + ": the folder holds no raster");
-    for (const RasterCandidate& candidate : listing.rasters) add(candidate, previous);
+    for (const RasterCandidate& candidate : listing.rasters) {
+      if (!add(candidate, previous) || !cancelled || !cancelled->load(std::memory_order_relaxed)) continue;
+      complete_ = false;
+      if (previous) known_.insert(previous->known_.begin(), previous->known_.end());
+      return;
+    }
   }
 }
 
-void SourceIndex::add(const RasterCandidate& candidate, const SourceIndex* previous) {
+bool SourceIndex::add(const RasterCandidate& candidate, const SourceIndex* previous) {
   // A path that is named twice counts where it is named first.
-  if (known_.count(candidate.path) > 0) return;
+  if (known_.count(candidate.path) > 0) return false;
   Known known;
   const auto* before = previous ? &previous->known_ : nullptr;
   const auto old = before ? before->find(candidate.path) : std::map<std::string, Known>::const_iterator();
-  if (before && old != before->end() && old->second.bytes == candidate.bytes &&
-      old->second.modified == candidate.modified && !(old->second.file && old->second.file->failed()))
-    known = old->second;
-  else
-    known = place(candidate);
+  const bool unchanged = before && old != before->end() && old->second.bytes == candidate.bytes &&
+                         old->second.modified == candidate.modified &&
+                         !(old->second.file && old->second.file->failed());
+  known = unchanged ? old->second : place(candidate);
   if (known.file) {
     files_.push_back(known.file);
     extents_.add(known.file->placement().reach);
   } else {
+    // It may still be on its way to the disk, which the folder's time does not tell.
+    watched_.push_back(known.seen);
     problems_.push_back(known.problem);
   }
   known_.emplace(candidate.path, std::move(known));
+  return !unchanged;
 }
 
 SourceIndex::Known SourceIndex::place(const RasterCandidate& candidate) {
-  Known known{candidate.bytes, candidate.modified, nullptr, ""};
+  Known known{candidate.bytes, candidate.modified, nullptr, "", watch(candidate.shownPath)};
   std::string problem;
   std::optional<RasterPlacement> placement;
   try {
@@ -61,8 +68,8 @@ SourceIndex::Known SourceIndex::place(const RasterCandidate& candidate) {
     problem = error.what();
   }
   if (placement)
-    known.file = std::make_shared<const RasterFile>(candidate.path, candidate.shownPath,
-                                                    std::move(*placement), openFiles_);
+    known.file =
+        std::make_shared<const RasterFile>(candidate.path, known.seen, std::move(*placement), openFiles_);
   else
     known.problem = candidate.shownPath + ": " + problem;
   return known;
@@ -76,7 +83,9 @@ std::vector<const RasterFile*> SourceIndex::candidates(int square) const {
 
 bool SourceIndex::outdated() const {
   return std::any_of(watched_.begin(), watched_.end(),
-                     [](const WatchedPath& before) { return watch(before.path) != before; });
+                     [](const WatchedPath& before) { return watch(before.path) != before; }) ||
+         std::any_of(files_.begin(), files_.end(),
+                     [](const RasterFilePtr& file) { return file->outdated(); });
 }
 
 }  // namespace zel

@@ -4,6 +4,7 @@
 // to 20 ms). What is unchanged since the previous index is taken over from it, with its blocks in the cache.
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <string>
@@ -16,10 +17,18 @@
 
 namespace zel {
 
+// The caller wants no index any more.
+struct IndexCancelled {};
+
 class SourceIndex {
  public:
+  // Ends without being complete when `cancelled` is true after a file that `previous` does not have. As
+  // `previous` of the next attempt it spares that one its work, so that cancelled attempts come to an end,
+  // too.
   SourceIndex(const SourceDefinition& definition, std::shared_ptr<OpenFiles> openFiles,
-              const SourceIndex* previous = nullptr);
+              const SourceIndex* previous = nullptr, const std::atomic<bool>* cancelled = nullptr);
+
+  bool complete() const { return complete_; }
 
   const SourceDefinition& definition() const { return definition_; }
   // In order of preference.
@@ -29,8 +38,9 @@ class SourceIndex {
   // The files that may reach a square of ExtentIndex, in order of preference.
   std::vector<const RasterFile*> candidates(int square) const;
 
-  // Whether a folder or a named file looks another than when the index was made. Cost: a look at each of
-  // them.
+  // Whether a folder, a named file or a file that was read from or refused looks another than when the index
+  // was made.
+  // Cost: a look at each of them.
   bool outdated() const;
 
  private:
@@ -39,9 +49,11 @@ class SourceIndex {
     std::int64_t modified = 0;
     RasterFilePtr file;
     std::string problem;
+    WatchedPath seen;  // on disk, before it was looked into
   };
 
-  void add(const RasterCandidate& candidate, const SourceIndex* previous);
+  // Whether the file had to be looked into.
+  bool add(const RasterCandidate& candidate, const SourceIndex* previous);
   Known place(const RasterCandidate& candidate);
 
   SourceDefinition definition_;
@@ -52,6 +64,7 @@ class SourceIndex {
   std::vector<WatchedPath> watched_;
   std::map<std::string, Known> known_;
   ExtentIndex extents_;
+  bool complete_ = true;
 };
 
 }  // namespace zel

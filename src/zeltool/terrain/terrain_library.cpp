@@ -1,6 +1,7 @@
 #include "zeltool/terrain/terrain_library.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <map>
@@ -14,6 +15,7 @@
 #include "zeltool/terrain/sampling_words.h"
 #include "zeltool/terrain/source_index.h"
 #include "zeltool/terrain/station_shift.h"
+#include "zeltool/terrain/terrain_area.h"
 
 namespace zel {
 namespace {
@@ -39,12 +41,18 @@ struct TerrainLibrary::Self {
   struct Source {
     std::mutex mutex;
     std::shared_ptr<const SourceIndex> index;
+    std::shared_ptr<const SourceIndex>
+        unfinished;  // of a look that was cancelled; the next one goes on from it
     Moment lookedAt;
   };
 
-  Self(Definitions asked, std::size_t cacheBytes) : definitions(std::move(asked)), cache(cacheBytes) {}
+  Self(Definitions asked, std::size_t cacheBytes)
+      : definitions(std::move(asked)), caches(std::make_shared<TerrainCaches>(cacheBytes)) {}
 
-  std::shared_ptr<const SourceIndex> indexOf(int code, const SourceDefinition& definition);
+  // Folders are looked at again when the last look is older than `age`.
+  std::shared_ptr<const SourceIndex> indexOf(int code, const SourceDefinition& definition,
+                                             std::chrono::nanoseconds age = kLookAgain,
+                                             const std::atomic<bool>* cancelled = nullptr);
   // Reads heights at `positions`, after a shift when there is one; `named` are the positions as the caller
   // knows them.
   void read(const SourceIndex& index, const SampleRequest& request, std::span<const GeoPoint> positions,
@@ -56,15 +64,16 @@ struct TerrainLibrary::Self {
   SamplingReport reportOn(const SourceDefinition& definition, std::int32_t method) const;
 
   const Definitions definitions;
-  BlockCache cache;
+  const std::shared_ptr<TerrainCaches> caches;
   const std::shared_ptr<OpenFiles> openFiles = std::make_shared<OpenFiles>(kMostOpenFiles);
   mutable std::mutex mutex;
   std::map<int, Source> sources;
   std::shared_ptr<const DatumShift> shift;
 };
 
-std::shared_ptr<const SourceIndex> TerrainLibrary::Self::indexOf(int code,
-                                                                 const SourceDefinition& definition) {
+std::shared_ptr<const SourceIndex> TerrainLibrary::Self::indexOf(int code, const SourceDefinition& definition,
+                                                                 std::chrono::nanoseconds age,
+                                                                 const std::atomic<bool>* cancelled) {
   Source* source = nullptr;
   {
     const std::lock_guard lock(mutex);
@@ -73,12 +82,19 @@ std::shared_ptr<const SourceIndex> TerrainLibrary::Self::indexOf(int code,
   const std::lock_guard lock(source->mutex);
   const Moment now = std::chrono::steady_clock::now();
   bool anew = !source->index || source->index->definition() != definition;
-  if (!anew && now - source->lookedAt >= kLookAgain) {
+  if (!anew && now - source->lookedAt >= age) {
     anew = source->index->outdated();
     source->lookedAt = now;
   }
   if (anew) {
-    source->index = std::make_shared<const SourceIndex>(definition, openFiles, source->index.get());
+    const SourceIndex* previous = source->unfinished ? source->unfinished.get() : source->index.get();
+    auto made = std::make_shared<const SourceIndex>(definition, openFiles, previous, cancelled);
+    if (!made->complete()) {
+      source->unfinished = std::move(made);
+      throw IndexCancelled{};
+    }
+    source->unfinished.reset();
+    source->index = std::move(made);
     source->lookedAt = std::chrono::steady_clock::now();
   }
   return source->index;
@@ -96,7 +112,7 @@ SamplingReport TerrainLibrary::Self::reportOn(const SourceDefinition& definition
 void TerrainLibrary::Self::read(const SourceIndex& index, const SampleRequest& request,
                                 std::span<const GeoPoint> positions, std::span<const GeoPoint> named,
                                 std::span<float> heights, SamplingReport& report) {
-  HeightReader reader(index, cache, request.method == 1);
+  HeightReader reader(index, caches->blocks, request.method == 1);
   reader.read(positions, heights);
   report.voids = reader.voids();
   for (const RasterFile* file : reader.used()) report.files.push_back(file->path());
@@ -116,13 +132,21 @@ void TerrainLibrary::Self::read(const SourceIndex& index, const SampleRequest& r
 }
 
 TerrainLibrary::TerrainLibrary(Definitions definitions, std::size_t cacheBytes)
-    : self_(std::make_unique<Self>(std::move(definitions), cacheBytes)) {}
+    : self_(std::make_shared<Self>(std::move(definitions), cacheBytes)) {}
 
 TerrainLibrary::~TerrainLibrary() = default;
 
 void TerrainLibrary::setStationShift(std::shared_ptr<const DatumShift> shift) {
   const std::lock_guard lock(self_->mutex);
   self_->shift = std::move(shift);
+}
+
+std::shared_ptr<const TerrainArea> TerrainLibrary::area(int source) const {
+  const SourceDefinition definition = self_->definitions(source);
+  const auto makeIndex = [self = self_, source, definition](const std::atomic<bool>* cancelled) {
+    return self->indexOf(source, definition, std::chrono::nanoseconds(0), cancelled);
+  };
+  return std::make_shared<const TerrainArea>(definition, makeIndex, self_->caches);
 }
 
 SampleResult TerrainLibrary::sample(const SampleRequest& request) const {

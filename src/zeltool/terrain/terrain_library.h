@@ -45,6 +45,8 @@ struct SampleResult {
   std::vector<GeoPoint> positions;  // in the stations' own datum; empty unless wanted
 };
 
+class TerrainArea;
+
 class TerrainLibrary : public TerrainData {
  public:
   using Definitions = std::function<SourceDefinition(int code)>;
@@ -64,9 +66,12 @@ class TerrainLibrary : public TerrainData {
   SamplingReport heightsAt(std::span<const GeoPoint> positions, std::int32_t method, int source,
                            std::span<float> heights) const;
 
+  // A source as an area, as it is defined now; shares blocks and open files with the samplings.
+  std::shared_ptr<const TerrainArea> area(int source) const;
+
  private:
   struct Self;
-  std::unique_ptr<Self> self_;
+  std::shared_ptr<Self> self_;
 };
 
 // The component's sampler over the attached library.

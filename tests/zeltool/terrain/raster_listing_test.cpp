@@ -39,7 +39,7 @@ TEST(RasterListing, AFolderIsSearchedWithItsSubfoldersInOrder) {
 TEST(RasterListing, FilesThatAccompanyRastersArePassedOver) {
   const TemporaryFolder folder;
   for (const char* name : {"a.tif", "a.tif.aux.xml", "a.prj", "a.tfw", "a.hdr", "a.TXT", "a.csv", "a.tif.ovr",
-                           "a.tif.msk", ".hidden.tif", "README", "a.pdf", "a.md"})
+                           "a.tif.msk", ".hidden.tif", "README", "a.pdf", "a.md", "a.num", "a.swb"})
     writeBytes(folder / name, "x");
   EXPECT_EQ(rasterFiles(folder.path().string()), std::vector<std::string>{(folder / "a.tif").string()});
   EXPECT_TRUE(listRasters(folder.path().string()).problems.empty());
