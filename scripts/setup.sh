@@ -8,7 +8,7 @@ set -euo pipefail
 run_packages=(
   cmake ninja-build g++ ccache pkg-config
   qt6-base-dev gnuplot-nox libgdal-dev libproj-dev proj-data
-  libcli11-dev nlohmann-json3-dev
+  libcli11-dev nlohmann-json3-dev libzip-dev
   fonts-dejavu-core python3 python3-markdown
 )
 # What its tests, fuzzers and checks need besides. qt6-svg and poppler read pictures and pages back; llvm-14 makes the
