@@ -7,15 +7,9 @@
 #include <string>
 #include <system_error>
 
-namespace zel::host {
+#include "desktop/program_files.h"
 
-std::string stateFolder() {
-  const char* state = std::getenv("XDG_STATE_HOME");
-  if (state != nullptr && *state == '/') return std::string(state) + "/terrain-profiler";
-  const char* home = std::getenv("HOME");
-  return home != nullptr && *home == '/' ? std::string(home) + "/.local/state/terrain-profiler"
-                                         : std::string();
-}
+namespace zel::host {
 
 void withoutDisplay() { setenv("QT_QPA_PLATFORM", "offscreen", 1); }
 
@@ -33,7 +27,7 @@ std::unique_ptr<ProfileControl> bindComponent() {
   control->SetClientApp(makePropertyBag({{"Title", kApplicationTitle},
                                          {"Path", folder},
                                          {"ProductName", "Terrain Profiler"},
-                                         {"HelpFile", ""},
+                                         {"HelpFile", guideFile()},
                                          {"Major", part(0)},
                                          {"Minor", part(1)},
                                          {"Revision", part(2)}}));

@@ -13,9 +13,6 @@ inline constexpr const char* kApplicationTitle = "Terrain Profiler";
 // Profiler", the error log in the user's state folder.
 std::unique_ptr<ProfileControl> bindComponent();
 
-// ".../terrain-profiler" below $XDG_STATE_HOME or $HOME/.local/state; empty when neither is known.
-std::string stateFolder();
-
 // For a command that draws and shows nothing: no display is asked for, also where one is set that cannot be
 // reached. Before the first drawing.
 void withoutDisplay();

@@ -2,17 +2,22 @@
 
 #include <CLI/CLI.hpp>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <new>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "command_line/application.h"
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
 #include "command_line/output.h"
+#include "desktop/bench_map.h"
+#include "desktop/desktop.h"
 #include "zel/settings.h"
 #include "zel/terrain.h"
+#include "zel/windows.h"
 
 namespace zel::host {
 namespace {
@@ -24,6 +29,8 @@ struct RunOptions {
   std::vector<std::string> terrain;
   std::vector<std::string> settings;
   std::string datum;
+  std::string file;
+  bool benchMap = false;
   // Said after the command has done its work: a failure is one line.
   std::vector<std::string> remarks;
 };
@@ -41,6 +48,37 @@ void addRunOptions(CLI::App& program, RunOptions& options) {
       .add_option("--datum", options.datum, "Datum of the positions: nad83 (as WGS 84, the default) or nad27")
       ->type_name("DATUM")
       ->check(CLI::IsMember({"nad27", "nad83"}, CLI::ignore_case));
+}
+
+// What the program is without a command.
+void addDesktopOptions(CLI::App& program, RunOptions& options) {
+  program.add_option("FILE", options.file, "Plan, list of stations or raster to open in the desktop program")
+      ->type_name("PATH");
+  program.add_flag("--bench-map", options.benchMap, "Measure how long the map takes for a frame");
+}
+
+// What is left over behind a command must not be taken for the program's own.
+void refuseDesktopOptions(const RunOptions& options) {
+  if (!options.file.empty()) throw UsageError("the argument \"" + options.file + "\" was not expected");
+  if (options.benchMap) throw UsageError("--bench-map is a run of its own, without a command");
+}
+
+// The exit status.
+int runWithoutCommand(const RunOptions& options, ProfileControl& component) {
+  if (options.benchMap) {
+    withoutDisplay();
+    if (const std::string problem = windowsProblem(); !problem.empty()) throw CommandFailure(problem);
+    std::cout << benchMap().text();
+    return 0;
+  }
+  std::error_code none;
+  if (!options.file.empty() && !std::filesystem::exists(options.file, none))
+    throw UsageError("\"" + options.file +
+                     "\" is neither a command nor a file; 'terrain-profiler --help' shows the commands");
+  if (const std::string problem = windowsProblem(); !problem.empty())
+    throw CommandFailure(problem + "; 'terrain-profiler --help' shows the commands that need no window");
+  for (const std::string& remark : options.remarks) note(remark);
+  return runDesktop(component, options.file);
 }
 
 void applyRunOptions(RunOptions& options, ProfileControl& component) {
@@ -71,7 +109,8 @@ void applyRunOptions(RunOptions& options, ProfileControl& component) {
 
 int run(int argc, char** argv, ProfileControl& component) {
   CLI::App program(
-      "Terrain path profiler: the ground between two radio stations, and what it does to the signal.",
+      "Terrain path profiler: the ground between two radio stations, and what it does to the signal.\n"
+      "Without a command it opens the desktop program: a map on which stations are placed.",
       "terrain-profiler");
   program.footer(
       "Positions are LAT,LON[,HEIGHT]: decimal degrees with a sign or N/S/E/W, or degrees-minutes-seconds\n"
@@ -87,8 +126,12 @@ int run(int argc, char** argv, ProfileControl& component) {
   program.fallthrough();  // --terrain and --set are understood before and after the command
   RunOptions options;
   addRunOptions(program, options);
+  addDesktopOptions(program, options);
   // Runs after everything is parsed and before the command itself.
-  program.parse_complete_callback([&] { applyRunOptions(options, component); });
+  program.parse_complete_callback([&] {
+    if (!program.get_subcommands().empty()) refuseDesktopOptions(options);
+    applyRunOptions(options, component);
+  });
   addShowCommand(program, component);
   addProfileCommand(program);
   addPictureCommand(program);
@@ -102,8 +145,7 @@ int run(int argc, char** argv, ProfileControl& component) {
 
   try {
     program.parse(argc, argv);
-    if (program.get_subcommands().empty())
-      throw UsageError("a command is missing; 'terrain-profiler --help' shows the commands");
+    if (program.get_subcommands().empty()) return runWithoutCommand(options, component);
     for (const std::string& remark : options.remarks) note(remark);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return program.exit(error);  // help and version

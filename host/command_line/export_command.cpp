@@ -12,13 +12,13 @@
 #include "command_line/application.h"
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
-#include "command_line/gnuplot.h"
 #include "command_line/long_work.h"
 #include "command_line/output.h"
 #include "command_line/passing_file.h"
 #include "command_line/path_options.h"
 #include "command_line/path_output.h"
 #include "command_line/provenance.h"
+#include "desktop/gnuplot.h"
 #include "zel/path_export.h"
 
 namespace zel::host {

@@ -4,9 +4,9 @@
 
 #include "command_line/command_error.h"
 #include "command_line/commands.h"
-#include "command_line/gnuplot.h"
 #include "command_line/path_options.h"
 #include "command_line/stations.h"
+#include "desktop/gnuplot.h"
 #include "zel/c_api.h"
 #include "zel/plot_image.h"
 #include "zel/profile_control.h"

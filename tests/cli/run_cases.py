@@ -60,7 +60,7 @@ def check_step(program, step, folder, environment):
             del environment[name]
     with open(step["to"], "w", encoding="utf-8") if "to" in step else contextlib.nullcontext(subprocess.PIPE) as out:
         done = subprocess.run([program] + [fill(a) for a in step["args"]], input=step.get("stdin", ""), cwd=folder,
-                              env=environment, stdout=out, stderr=subprocess.PIPE, text=True, errors="replace", timeout=120,
+                              env=environment, stdout=out, stderr=subprocess.PIPE, text=True, errors="replace", timeout=250,
                               check=False)
     done.stdout = done.stdout or ""
     wanted = step.get("exit", 0)

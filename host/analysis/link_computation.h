@@ -1,0 +1,32 @@
+// The figures of one link, in steps of some milliseconds each, so that events can be handled in between.
+// On the component's thread.
+#pragma once
+
+#include "analysis/link_analysis.h"
+
+namespace zel::host {
+
+class LinkComputation {
+ public:
+  // Takes what it needs of the plan; a link whose stations are not in it gives an error.
+  LinkComputation(const Plan& plan, const Link& link);
+
+  // The next step; false when there was none left. Never throws for bad terrain.
+  bool step();
+  LinkResult take() { return std::move(result_); }
+
+ private:
+  enum class Step { kProfile, kLoss, kPlot, kDone };
+  void profile();
+  void layOut();
+  void loss();
+  void plot();
+  void fail(const std::string& why);
+
+  Step next_ = Step::kProfile;
+  Station from_, to_;
+  std::optional<double> frequencyMhz_;
+  LinkResult result_;
+};
+
+}  // namespace zel::host

@@ -1,0 +1,58 @@
+// The desktop program's window: the map, the tables of stations and links, menus, and the profile of the
+// chosen link.
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+#include <string>
+
+#include "map_view/map_view.h"
+#include "planning/plan_document.h"
+
+namespace zel {
+class ProfileControl;
+}
+
+namespace zel::host {
+
+// What a process gives its window; tests give their own.
+struct MainWindowServices {
+  std::string recoveryFolder;           // copies of unsaved work
+  std::string guide;                    // the guide's first page, a file; empty without one
+  int recoverySeconds = 5;              // between a change and its copy, at most
+  PlanDatum datum = PlanDatum::kNad83;  // of plans that are begun here
+};
+
+class MainWindow : public QMainWindow {
+ public:
+  MainWindow(ProfileControl& component, MainWindowServices services);
+  ~MainWindow() override;
+
+  // What a start shows: the file named, or what a crash left, or the last file, or the sample plan.
+  void start(const std::string& file);
+  // False when it cannot be opened, which is told in a box; what was open stays.
+  bool openFile(const std::string& path);
+  // Stations out of other programs' files, rasters, or a plan: whatever each is.
+  void takeFiles(const std::vector<std::string>& paths);
+  // Opens the profile window; refused in words where the ground cannot be used.
+  bool showProfile(LinkId link);
+
+  PlanDocument& document();
+  MapView& map();
+  LinkAnalysis& analysis();
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  struct Self;
+  std::unique_ptr<Self> self_;
+};
+
+// The plan of a first start: two stations over the bundled terrain, linked.
+Plan samplePlan();
+
+}  // namespace zel::host
