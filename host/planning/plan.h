@@ -13,7 +13,7 @@
 
 namespace zel::host {
 
-// Counted up in a plan, never used twice in a session; their order is the order in the tables.
+// Counted up in a plan, never used twice while the program runs; their order is the order in the tables.
 using StationId = std::uint32_t;
 using LinkId = std::uint32_t;
 
