@@ -7,12 +7,11 @@
 #include <gdal_priv.h>
 
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <string>
 #include <vector>
 
-#include "support/temporary_folder.h"
+#include "support/terrain_tile.h"
 #include "zeltool/terrain/gdal_session.h"
 #include "zeltool/terrain/path_positions.h"
 #include "zeltool/terrain/terrain_library.h"
@@ -21,29 +20,8 @@ namespace {
 
 constexpr zel::GeoPoint kFrom{36.05, -84.95}, kTo{36.95, -84.15};  // 123 km
 
-// A tile of 3 arc-seconds on disk for the time of the program.
-class Tile {
- public:
-  Tile() : path_((folder_ / "N36W085.hgt").string()) {
-    std::string bytes;
-    for (int row = 0; row < 1201; ++row)
-      for (int column = 0; column < 1201; ++column) {
-        const auto height =
-            static_cast<unsigned>(std::lround(600 + 300 * std::sin(row * 0.02) * std::cos(column * 0.03)));
-        bytes.push_back(static_cast<char>(height >> 8));
-        bytes.push_back(static_cast<char>(height & 0xFF));
-      }
-    zel::test::writeBytes(path_, bytes);
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  zel::test::TemporaryFolder folder_;
-  std::string path_;
-};
-
-const Tile& tile() {
-  static const Tile written;
+const zel::test::TerrainTile& tile() {
+  static const zel::test::TerrainTile written(1201);
   return written;
 }
 

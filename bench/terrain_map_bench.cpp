@@ -4,12 +4,11 @@
 // The measures to hold, one core: 3 ms a fine grid, 2 ms a coarse one, some 100 ms an overview.
 #include <benchmark/benchmark.h>
 
-#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "support/temporary_folder.h"
+#include "support/terrain_tile.h"
 #include "zeltool/terrain/terrain_area.h"
 
 namespace {
@@ -17,29 +16,8 @@ namespace {
 constexpr std::size_t kCount = 258;
 constexpr double kSecond = 1 / 3600.0;  // degrees
 
-class Tile {
- public:
-  Tile() : path_((folder_ / "N36W085.hgt").string()) {
-    std::string bytes;
-    for (int row = 0; row < 3601; ++row)
-      for (int column = 0; column < 3601; ++column) {
-        const auto height =
-            static_cast<unsigned>(std::lround(600 + 300 * std::sin(row * 0.02) * std::cos(column * 0.03)));
-        bytes.push_back(static_cast<char>(height >> 8));
-        bytes.push_back(static_cast<char>(height & 0xFF));
-      }
-    zel::test::writeBytes(path_, bytes);
-  }
-  const std::string& path() const { return path_; }
-  std::string cache() const { return (folder_ / "cache").string(); }
-
- private:
-  zel::test::TemporaryFolder folder_;
-  std::string path_;
-};
-
-const Tile& tile() {
-  static const Tile written;
+const zel::test::TerrainTile& tile() {
+  static const zel::test::TerrainTile written(3601);
   return written;
 }
 
@@ -75,8 +53,8 @@ void BM_FirstOverview(benchmark::State& state) {
 }
 
 void BM_OverviewFromDisk(benchmark::State& state) {
-  grid(*areaOf(tile().cache()), 13);
-  while (state.KeepRunning()) benchmark::DoNotOptimize(grid(*areaOf(tile().cache()), 13).data());
+  grid(*areaOf(tile().beside("cache")), 13);
+  while (state.KeepRunning()) benchmark::DoNotOptimize(grid(*areaOf(tile().beside("cache")), 13).data());
 }
 
 BENCHMARK(BM_GridWarm)

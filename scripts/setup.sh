@@ -16,7 +16,7 @@ run_packages=(
 # for the window.
 test_packages=(
   libgtest-dev libbenchmark-dev qt6-svg-dev poppler-utils xvfb
-  clang-14 libclang-rt-14-dev llvm-14 clang-format-14
+  clang-14 libclang-rt-14-dev lld-14 llvm-14 clang-format-14
 )
 # What only ./test --long needs.
 long_packages=(clang-tidy-14 debootstrap)

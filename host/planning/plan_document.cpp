@@ -48,7 +48,7 @@ void PlanDocument::forgetUndone() {
 }
 
 void PlanDocument::forgetOldest() {
-  while (steps_.size() > kMostSteps || (held_ > kMostHeld && steps_.size() > 1)) {
+  while (steps_.size() > kMostSteps || (held_ > mostHeld_ && steps_.size() > 1)) {
     held_ -= steps_.front().held();
     steps_.pop_front();
     --position_;

@@ -26,6 +26,8 @@ class PlanDocument {
   static constexpr std::size_t kMostSteps = 1000;
   static constexpr std::size_t kMostHeld = 1'000'000;
 
+  explicit PlanDocument(std::size_t mostHeld = kMostHeld) : mostHeld_(mostHeld) {}
+
   const Plan& plan() const { return plan_; }
 
   // Does nothing for an empty edit. Throws as applyEdit does.
@@ -73,6 +75,7 @@ class PlanDocument {
   Plan plan_;
   std::deque<Step> steps_;
   std::size_t held_ = 0;      // stations and links in all steps
+  std::size_t mostHeld_;
   std::size_t position_ = 0;  // steps done
   long savedPosition_ = 0;    // -1 when no undo or redo leads there
   StationId nextStation_ = 1;

@@ -28,6 +28,7 @@
 #include "canvas/qt/printed_page.h"
 #include "desktop_fixture.h"
 #include "foundation/runtime_error.h"
+#include "support/controls.h"
 #include "support/environment_variable.h"
 #include "support/other_user.h"
 #include "support/temporary_folder.h"
@@ -40,13 +41,6 @@ namespace fs = std::filesystem;
 constexpr PageOrientation kPortrait = PageOrientation::kPortrait;
 constexpr PageOrientation kLandscape = PageOrientation::kLandscape;
 
-template <typename Widget>
-Widget& part(const QWidget& dialog, const char* name) {
-  auto* found = dialog.findChild<Widget*>(QLatin1String(name));
-  if (found == nullptr) throw std::runtime_error(std::string("the dialog has no part named ") + name);
-  return *found;
-}
-
 void pressPrint(QWidget& dialog) {
   for (QPushButton* button : dialog.findChildren<QPushButton*>())
     if (button->text() == QStringLiteral("&Print")) return button->click();
@@ -54,7 +48,7 @@ void pressPrint(QWidget& dialog) {
 }
 
 void nameFile(QWidget& dialog, const fs::path& path) {
-  part<QLineEdit>(dialog, "filename").setText(QString::fromStdString(path.string()));
+  test::controlOf<QLineEdit>(dialog, "filename").setText(QString::fromStdString(path.string()));
 }
 
 QString textOf(const fs::path& path) { return QString::fromStdString(path.string()); }
@@ -100,7 +94,7 @@ class DesktopPrintingTest : public test::DesktopFixture {
     });
   }
   static void choosePaper(QPrintDialog& dialog, const QString& name) {
-    auto& papers = part<QComboBox>(dialog, "paper");
+    auto& papers = test::controlOf<QComboBox>(dialog, "paper");
     ASSERT_GE(papers.findText(name), 0) << name.toStdString();
     papers.setCurrentIndex(papers.findText(name));
   }
@@ -121,10 +115,11 @@ class DesktopPrintingTest : public test::DesktopFixture {
 TEST_F(DesktopPrintingTest, OffersAFileInTheDocumentsFolderWhenThereIsNoPrinter) {
   const auto answer = choose(kPortrait, [](QPrintDialog& dialog) {
     EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Print"));
-    EXPECT_EQ(part<QComboBox>(dialog, "printers").count(), 1);
+    EXPECT_EQ(test::controlOf<QComboBox>(dialog, "printers").count(), 1);
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     const QString folder = QFileInfo(documents).isDir() ? documents : QDir::homePath();
-    EXPECT_EQ(part<QLineEdit>(dialog, "filename").text(), folder + QStringLiteral("/Terrain Profile.pdf"));
+    EXPECT_EQ(test::controlOf<QLineEdit>(dialog, "filename").text(),
+              folder + QStringLiteral("/Terrain Profile.pdf"));
     dialog.reject();
   });
   EXPECT_EQ(answer, std::nullopt) << "cancelled";
@@ -132,13 +127,13 @@ TEST_F(DesktopPrintingTest, OffersAFileInTheDocumentsFolderWhenThereIsNoPrinter)
 
 TEST_F(DesktopPrintingTest, ShowsCopiesAndPageAtOnceAndNothingThatOnePageHasNoUseFor) {
   choose(kPortrait, [](QPrintDialog& dialog) {
-    EXPECT_TRUE(part<QSpinBox>(dialog, "copies").isVisible());
-    EXPECT_TRUE(part<QComboBox>(dialog, "paper").isVisible());
-    EXPECT_TRUE(part<QComboBox>(dialog, "orientation").isVisible());
-    EXPECT_EQ(part<QSpinBox>(dialog, "copies").minimum(), 1);
-    EXPECT_EQ(part<QSpinBox>(dialog, "copies").maximum(), 999);
+    EXPECT_TRUE(test::controlOf<QSpinBox>(dialog, "copies").isVisible());
+    EXPECT_TRUE(test::controlOf<QComboBox>(dialog, "paper").isVisible());
+    EXPECT_TRUE(test::controlOf<QComboBox>(dialog, "orientation").isVisible());
+    EXPECT_EQ(test::controlOf<QSpinBox>(dialog, "copies").minimum(), 1);
+    EXPECT_EQ(test::controlOf<QSpinBox>(dialog, "copies").maximum(), 999);
     for (const char* idle : {"gbPrintRange", "collate", "reverse", "colorMode", "duplex", "properties"})
-      EXPECT_FALSE(part<QWidget>(dialog, idle).isVisible()) << idle;
+      EXPECT_FALSE(test::controlOf<QWidget>(dialog, idle).isVisible()) << idle;
     dialog.reject();
   });
 }
@@ -147,14 +142,14 @@ TEST_F(DesktopPrintingTest, TheTabKeyReachesEveryControlBothWays) {
   choose(kPortrait, [](QPrintDialog& dialog) {
     for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
       std::set<const QWidget*> reached;
-      part<QSpinBox>(dialog, "copies").setFocus();
+      test::controlOf<QSpinBox>(dialog, "copies").setFocus();
       for (int step = 0; step < 60 && dialog.focusWidget() != nullptr; ++step) {
         reached.insert(dialog.focusWidget());
         QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
         QCoreApplication::sendEvent(dialog.focusWidget(), &press);
       }
       for (const char* name : {"filename", "copies", "paper", "orientation"})
-        EXPECT_EQ(reached.count(&part<QWidget>(dialog, name)), 1U) << name;
+        EXPECT_EQ(reached.count(&test::controlOf<QWidget>(dialog, name)), 1U) << name;
       for (const QPushButton* button : dialog.findChildren<QPushButton*>()) {
         if (button->isVisible() && button->isEnabled()) {
           EXPECT_EQ(reached.count(button), 1U) << button->text().toStdString();
@@ -168,10 +163,10 @@ TEST_F(DesktopPrintingTest, TheTabKeyReachesEveryControlBothWays) {
 TEST_F(DesktopPrintingTest, TakesFileCopiesPaperAndOrientationFromTheDialog) {
   const auto answer = choose(kPortrait, [this](QPrintDialog& dialog) {
     nameFile(dialog, folder_ / "page.pdf");
-    part<QSpinBox>(dialog, "copies").setValue(3);
-    EXPECT_EQ(part<QComboBox>(dialog, "paper").currentText(), QStringLiteral("A4"));
+    test::controlOf<QSpinBox>(dialog, "copies").setValue(3);
+    EXPECT_EQ(test::controlOf<QComboBox>(dialog, "paper").currentText(), QStringLiteral("A4"));
     choosePaper(dialog, QStringLiteral("Letter / ANSI A"));
-    part<QComboBox>(dialog, "orientation").setCurrentText(QStringLiteral("Landscape"));
+    test::controlOf<QComboBox>(dialog, "orientation").setCurrentText(QStringLiteral("Landscape"));
     pressPrint(dialog);
   });
   ASSERT_TRUE(answer);
@@ -194,15 +189,15 @@ TEST_F(DesktopPrintingTest, BeginsWithTheOrientationThatIsPassed) {
 TEST_F(DesktopPrintingTest, BeginsWithTheFileAndPaperOfLastTimeButWithOneCopy) {
   choose(kPortrait, [this](QPrintDialog& dialog) {
     nameFile(dialog, folder_ / "first.pdf");
-    part<QSpinBox>(dialog, "copies").setValue(7);
+    test::controlOf<QSpinBox>(dialog, "copies").setValue(7);
     choosePaper(dialog, QStringLiteral("A5"));
     pressPrint(dialog);
   });
   EXPECT_EQ(printing_.paper(kLandscape).name, "A5");
   const auto again = choose(kLandscape, [this](QPrintDialog& dialog) {
-    EXPECT_EQ(part<QLineEdit>(dialog, "filename").text(), textOf(folder_ / "first.pdf"));
-    EXPECT_EQ(part<QComboBox>(dialog, "paper").currentText(), QStringLiteral("A5"));
-    EXPECT_EQ(part<QSpinBox>(dialog, "copies").value(), 1);
+    EXPECT_EQ(test::controlOf<QLineEdit>(dialog, "filename").text(), textOf(folder_ / "first.pdf"));
+    EXPECT_EQ(test::controlOf<QComboBox>(dialog, "paper").currentText(), QStringLiteral("A5"));
+    EXPECT_EQ(test::controlOf<QSpinBox>(dialog, "copies").value(), 1);
     pressPrint(dialog);
   });
   ASSERT_TRUE(again);
@@ -216,7 +211,8 @@ TEST_F(DesktopPrintingTest, BeginsWithThePaperThatIsPassed) {
     const auto answer = choose(
         orientation,
         [this](QPrintDialog& dialog) {
-          EXPECT_EQ(part<QComboBox>(dialog, "paper").currentText(), QStringLiteral("Letter / ANSI A"));
+          EXPECT_EQ(test::controlOf<QComboBox>(dialog, "paper").currentText(),
+                    QStringLiteral("Letter / ANSI A"));
           nameFile(dialog, folder_ / "page.pdf");
           pressPrint(dialog);
         },
@@ -233,7 +229,7 @@ TEST_F(DesktopPrintingTest, BeginsWithItsOwnPaperWhereItDoesNotHaveTheOneThatIsP
     choose(
         kLandscape,
         [&name](QPrintDialog& dialog) {
-          EXPECT_EQ(part<QComboBox>(dialog, "paper").currentText(), name);
+          EXPECT_EQ(test::controlOf<QComboBox>(dialog, "paper").currentText(), name);
           dialog.reject();
         },
         card);
@@ -256,7 +252,7 @@ TEST_F(DesktopPrintingTest, ForgetsWhatACancelledDialogHad) {
   });
   EXPECT_EQ(printing_.paper(kPortrait).name, "A4");
   choose(kPortrait, [this](QPrintDialog& dialog) {
-    EXPECT_EQ(part<QLineEdit>(dialog, "filename").text(), textOf(folder_ / "first.pdf"));
+    EXPECT_EQ(test::controlOf<QLineEdit>(dialog, "filename").text(), textOf(folder_ / "first.pdf"));
     dialog.reject();
   });
 }

@@ -10,6 +10,7 @@ series, single precision where the profile keeps it, both radio models by the in
 Exit code 0: agreement; 1: a disagreement; 2: wrong usage.
 """
 import functools
+import itertools
 import json
 import math
 import pathlib
@@ -593,12 +594,13 @@ def self_test(folder):
     profile = read_profile(folder)
     missed, count = [], 0
     with tempfile.TemporaryDirectory() as scratch:
-        for variant in VARIANTS:
+        # Each disturbance in one variant, in turn: four times as many would take half a minute and show nothing else.
+        for turn, variant in enumerate(VARIANTS):
             for name in NAMES:
                 text = (folder / variant / name).read_bytes().decode("utf-8")
                 path = pathlib.Path(scratch) / variant / name
                 path.parent.mkdir(exist_ok=True)
-                for what, disturbed in disturbances(text, name):
+                for what, disturbed in itertools.islice(disturbances(text, name), turn, None, len(VARIANTS)):
                     path.write_bytes(disturbed.encode("utf-8"))
                     count += 1
                     if not check_file(path, variant, name, profile):

@@ -300,9 +300,10 @@ TEST(PlanDocument, KnowsTheSavedPlanWhileItIsAmongTheStepsKept) {
 }
 
 TEST(PlanDocument, ForgetsOldStepsThatHoldTooMuch) {
-  PlanDocument document;
-  // Each step holds 200,000 values twice: before and after.
-  const std::vector<Station> many(kMostStations, station("A"));
+  constexpr std::size_t kStations = 200, kMostHeld = 1000;
+  PlanDocument document(kMostHeld);
+  // Each step holds its stations twice: before and after.
+  const std::vector<Station> many(kStations, station("A"));
   for (int i = 0; i < 2; ++i) {
     std::vector<StationId> added;
     document.apply(addStations(document.plan(), document.nextStation(), many, &added));
@@ -310,7 +311,7 @@ TEST(PlanDocument, ForgetsOldStepsThatHoldTooMuch) {
   }
   int undone = 0;
   for (; document.canUndo(); ++undone) document.undo();
-  EXPECT_EQ(undone, static_cast<int>(PlanDocument::kMostHeld / (2 * kMostStations)));
+  EXPECT_EQ(undone, static_cast<int>(kMostHeld / (2 * kStations)));
 }
 
 // ---- Listeners

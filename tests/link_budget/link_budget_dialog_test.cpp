@@ -12,6 +12,7 @@
 #include <QSet>
 #include <QTest>
 
+#include "support/controls.h"
 #include "support/offscreen.h"
 #include "support/recording_settings_store.h"
 #include "zeltool/link_budget/link_budget_report.h"
@@ -55,9 +56,7 @@ class LinkBudgetDialogTest : public test::OffscreenTest<QApplication> {
  private:
   template <typename Widget>
   Widget& child(const char* name) {
-    auto* found = dialog_->findChild<Widget*>(QLatin1String(name));
-    if (found == nullptr) throw std::runtime_error(std::string("there is no ") + name);
-    return *found;
+    return test::controlOf<Widget>(*dialog_, name);
   }
 };
 

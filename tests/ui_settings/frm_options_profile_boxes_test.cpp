@@ -253,7 +253,7 @@ TEST_F(OptionsBoxesTest, AMnemonicLeavesNoInvalidBoxAndDoesNothing) {
        {Qt::Key_L /*a label*/, Qt::Key_U /*a frame*/, Qt::Key_S /*an option*/, Qt::Key_O}) {
     dialogs.messages.clear();
     press(key, Qt::AltModifier);
-    QTest::qWait(150);  // a button shows its press before it acts
+    test::serveEvents(150);  // a button shows its press before it acts
     EXPECT_EQ(messages(), (Texts{"Minimum Value is 10."})) << char(key);
     EXPECT_TRUE(hasFocus("tbxPer"));
   }
@@ -267,11 +267,9 @@ TEST_F(OptionsBoxesTest, MnemonicsMoveFromAValidBox) {
   press(Qt::Key_L, Qt::AltModifier);
   EXPECT_TRUE(hasFocus("tbxLeft"));
   press(Qt::Key_S, Qt::AltModifier);
-  QTest::qWait(150);
-  EXPECT_FALSE(dialog().fields().flatEarth);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !dialog().fields().flatEarth; }));
   press(Qt::Key_O, Qt::AltModifier);
-  QTest::qWait(150);
-  EXPECT_FALSE(dialog().isVisible());
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !dialog().isVisible(); }));
   EXPECT_EQ(store.writes.front(), "Profile/Prf_Per=15");
 }
 
@@ -406,7 +404,7 @@ TEST_F(OptionsBoxesTest, AModalMessageIsShownOnceAndGivesTheKeyboardBack) {
   for (std::size_t i = 0; i < ways.size(); ++i) {
     dialogs.messages.clear();
     ways.at(i)();
-    QTest::qWait(20);
+    test::serveEvents(20);
     EXPECT_EQ(messages(), (Texts{"Minimum Value is 10."})) << i;
     EXPECT_TRUE(hasFocus("tbxPer")) << i;
     EXPECT_TRUE(dialog().isVisible()) << i;
@@ -425,7 +423,7 @@ TEST_F(OptionsBoxesTest, OkChecksTheBoxThatHasTheFocus) {
         [this] { press(Qt::Key_Enter); }, [this] { button("cmdOK").click(); },
         [this] {
           press(Qt::Key_O, Qt::AltModifier);
-          QTest::qWait(120);
+          test::serveEvents(120);
         }};
     for (std::size_t i = 0; i < ways.size(); ++i) {
       SCOPED_TRACE(std::string(refusal.box) + " " + refusal.text + " way " + std::to_string(i));
@@ -465,7 +463,7 @@ TEST_F(OptionsBoxesTest, CancelAndEscapeAndTheCloseBoxCheckNothing) {
       [this] { dialog().done(QDialog::Rejected); },
       [this] {
         press(Qt::Key_C, Qt::AltModifier);
-        QTest::qWait(150);
+        test::serveEvents(150);
       }};
   for (const char* name : kBoxes) {
     for (std::size_t i = 0; i < ways.size(); ++i) {
@@ -509,7 +507,7 @@ TEST_F(OptionsBoxesTest, ABoxThatWasLeftForCancelHoldsKeysAndMnemonicsUp) {
     ASSERT_TRUE(hasFocus("cmdCancel"));
     dialogs.messages.clear();
     press(key, modifiers);
-    QTest::qWait(120);
+    test::serveEvents(120);
     EXPECT_EQ(messages(), (Texts{"Minimum Value is 10."}));
     EXPECT_TRUE(hasFocus("tbxPer"));
   }
@@ -523,7 +521,7 @@ TEST_F(OptionsBoxesTest, TheFocusIsBackInTheBoxWhateverHappenedUnderItsMessage) 
     dialogs.messages.clear();
     dialogs.onMessage = [this, reason](const MessageBoxRequest&) { box("tbxMax").setFocus(reason); };
     press(Qt::Key_Tab);
-    QTest::qWait(10);
+    test::serveEvents(10);
     EXPECT_EQ(messages(), (Texts{"Minimum Value is 10."}));
     EXPECT_TRUE(hasFocus("tbxPer"));
   }

@@ -14,9 +14,11 @@
 #include <vector>
 
 #include "component/services/error_log.h"
+#include "support/controls.h"
 #include "support/offscreen.h"
 #include "support/recording_settings_store.h"
 #include "support/scripted_platform.h"
+#include "support/serve_events.h"
 #include "support/temporary_folder.h"
 #include "ui/settings_dialog/frm_options_profile.h"
 
@@ -97,9 +99,7 @@ class SettingsDialogTest : public OffscreenTest<QApplication> {
 
   template <typename Control>
   Control& control(const char* name) {
-    auto* found = dialog_->findChild<Control*>(QLatin1String(name));
-    if (found == nullptr) throw std::runtime_error(std::string("no control ") + name);
-    return *found;
+    return controlOf<Control>(*dialog_, name);
   }
   QLineEdit& box(const char* name) { return control<QLineEdit>(name); }
   QComboBox& list(const char* name) { return control<QComboBox>(name); }

@@ -242,15 +242,15 @@ TEST_F(LifeTest, ADrawingThatFailsShowsItsBoxOnceAndNotRoundAndRound) {
   set("Profile", "Prf_Ele", "99999");  // beyond 16 bits
   control<QSlider>("Slider1").setValue(200);
   returnTo();
-  QTest::qWait(50);
+  test::serveEvents(50);
   EXPECT_EQ(boxes, 1);
   QWidget other;
   other.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
   window()->activateWindow();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return boxes == 2; }, 1000)) << "the drawing of the return fails";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return boxes == 2; })) << "the drawing of the return fails";
   returnTo();
-  QTest::qWait(50);
+  test::serveEvents(50);
   EXPECT_EQ(boxes, 2);
   EXPECT_NE(logged().find("\r\nfrmProfile:drawRangeAndHeight:0\r\n"), std::string::npos) << logged();
 }

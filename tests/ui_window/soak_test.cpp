@@ -14,12 +14,10 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <random>
 #include <vector>
 
+#include "support/chance.h"
 #include "window_fixture.h"
 
 namespace zel {
@@ -27,11 +25,6 @@ namespace {
 
 constexpr std::size_t kMostForms = 3;
 constexpr int kMostWindowsOfTime = 400;  // one action in so many lets the timers run
-
-int numberFromEnvironment(const char* name, int otherwise) {
-  const char* text = std::getenv(name);
-  return text == nullptr || *text == '\0' ? otherwise : std::atoi(text);
-}
 
 // Keeps the typing timers from running out by the machine's speed.
 class HeldTimers final : public QObject {
@@ -44,7 +37,7 @@ class HeldTimers final : public QObject {
   }
 };
 
-class SoakTest : public test::WindowTest {
+class SoakTest : public test::WindowTest, protected test::Chance {
  protected:
   void SetUp() override {
     WindowTest::SetUp();
@@ -64,17 +57,6 @@ class SoakTest : public test::WindowTest {
     forms_.clear();
     QApplication::setPalette(QPalette());
     WindowTest::TearDown();
-  }
-
-  int upTo(int last) { return std::uniform_int_distribution<int>(0, last)(random_); }
-  bool oneIn(int many) { return upTo(many - 1) == 0; }
-  template <typename List>
-  auto& oneOf(List& list) {
-    return *std::next(std::begin(list), upTo(static_cast<int>(std::size(list)) - 1));
-  }
-  QPoint somewhereIn(const QWidget& widget) {
-    const int x = upTo(std::max(0, widget.width() - 1));
-    return {x, upTo(std::max(0, widget.height() - 1))};
   }
 
   QWidget* someControl(QWidget& parent) {
@@ -318,7 +300,7 @@ class SoakTest : public test::WindowTest {
 
   void letTimersRun() {
     heldTimers_.held = false;
-    QTest::qWait(800);
+    test::serveEvents(800);
     heldTimers_.held = true;
   }
 
@@ -533,7 +515,6 @@ class SoakTest : public test::WindowTest {
     return mallinfo2().uordblks;
   }
 
-  std::mt19937 random_;
   std::vector<DispatchPtr> forms_;
   HeldTimers heldTimers_;
   QTimer watcher_;
@@ -542,12 +523,8 @@ class SoakTest : public test::WindowTest {
 };
 
 TEST_F(SoakTest, SurvivesRandomActionsWithoutTrapsOrGrowth) {
-  const int actions = numberFromEnvironment("ZEL_SOAK_ACTIONS", 1000);
-  const auto seed = static_cast<unsigned>(numberFromEnvironment("ZEL_SOAK_SEED", 20261121));
-  std::printf("ZEL_SOAK_SEED=%u ZEL_SOAK_ACTIONS=%d\n", seed, actions);
-  RecordProperty("seed", static_cast<int>(seed));
+  const auto [actions, seed] = beginSoak(1000);
   SCOPED_TRACE("ZEL_SOAK_SEED=" + std::to_string(seed));
-  random_.seed(seed);
 
   std::size_t early = 0;
   for (int i = 0; i < actions; ++i) {

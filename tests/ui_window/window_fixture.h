@@ -18,7 +18,9 @@
 #include <string>
 
 #include "component/real_component.h"
+#include "support/controls.h"
 #include "support/offscreen.h"
+#include "support/serve_events.h"
 #include "ui/profile_window/control_panel.h"
 #include "ui/profile_window/picture_box.h"
 
@@ -50,13 +52,11 @@ class WindowTest : public RealComponentOver<OffscreenTest<QApplication>> {
     for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
   }
   // Lets the typing timers run out.
-  static void waitForTyping() { QTest::qWait(800); }
+  static void waitForTyping() { test::serveEvents(800); }
 
   template <typename Control = QWidget>
   Control& control(const char* name) const {
-    auto* found = window()->findChild<Control*>(QLatin1String(name));
-    if (found == nullptr) throw std::runtime_error(std::string("no control ") + name);
-    return *found;
+    return controlOf<Control>(*window(), name);
   }
   std::string text(const char* label) const { return control<QLabel>(label).text().toStdString(); }
   QLineEdit& box(const char* name) const { return control<QLineEdit>(name); }
