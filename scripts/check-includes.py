@@ -102,7 +102,7 @@ TOOLKITS = {
     "Google Benchmark": (r"^benchmark/", set()),
     "POSIX": (
         r"^(unistd|fcntl|dlfcn|link|malloc|pwd|signal|spawn|poll|termios|pthread|pty)\.h$|^sys/\w+\.h$",
-        {"services", "zeltool", "component", "host", "host_planning", "host_desktop"},
+        {"services", "zeltool", "component", "host", "host_planning", "host_map_view", "host_desktop"},
     ),
 }
 

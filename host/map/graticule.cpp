@@ -139,7 +139,7 @@ ScaleBar scaleBar(const MapFrame& frame, bool imperial, double mostPixels) {
   const LengthUnit& unit = most >= large.metres ? large : small;
   const RoundNumber length = roundDown(most / unit.metres);
   const double metres = length.value * unit.metres;
-  return {metres, metres / metresPerPixel, plainNumber(length.value, length.decimals) + unit.text};
+  return {metres, metres / metresPerPixel, groupedNumber(length.value, length.decimals) + unit.text};
 }
 
 }  // namespace zel::host

@@ -13,7 +13,8 @@ namespace zel::host {
 struct TileId {
   std::int32_t level = 0, column = 0, row = 0;
 
-  friend auto operator<=>(const TileId&, const TileId&) = default;
+  // The check takes the 0 that the comparison is held against for a pointer.
+  friend auto operator<=>(const TileId&, const TileId&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 inline constexpr int kTileSide = 256;

@@ -17,7 +17,7 @@ constexpr double kEdge = 8;     // pixels between the panels and the map's edge
 constexpr double kPadding = 6;  // within a panel
 constexpr double kBarWidth = 16;
 constexpr double kTallestBar = 200, kShortestBar = 36;
-constexpr QSizeF kLegendMap(360, 240);  // a smaller map has no room for a legend
+constexpr double kSmallestSeen = 12;  // pixels: what terrain is smaller has a box around it
 constexpr double kLongestScaleBar = 160;
 constexpr QColor kPanel(255, 255, 255, 225), kPanelRim(90, 96, 102, 150), kPanelInk(24, 30, 36);
 constexpr QColor kMeridian(20, 30, 45, 85);
@@ -36,21 +36,37 @@ void panel(QPainter& painter, const QRectF& place) {
 
 // --- Legend ---
 
-struct Swatch {
+constexpr double kRowGap = 3;         // between rows
+constexpr double kTextGap = 8;        // between a sample and its text
+constexpr double kVerdictWidth = 30;  // of a link's sample
+constexpr double kLowestOfMap = 0.5;  // of the map's height that a tall legend takes at most
+
+// A row below the bar.
+struct LegendRow {
   QString text;
-  bool isVoid = false;
+  enum class Kind { kVoid, kOutside, kLink } kind = Kind::kVoid;
+  PathVerdict verdict = PathVerdict::kUnknown;  // of kLink
 };
 
-std::vector<Swatch> swatchesOf(const LegendWish& wish) {
-  std::vector<Swatch> swatches;
-  if (wish.voids) swatches.push_back({QStringLiteral("No height"), true});
-  if (wish.outside) swatches.push_back({QStringLiteral("No terrain"), false});
-  return swatches;
+// Those that are left away first come last.
+std::vector<LegendRow> rowsOf(const LegendWish& wish) {
+  using Kind = LegendRow::Kind;
+  std::vector<LegendRow> rows;
+  if (wish.voids) rows.push_back({QStringLiteral("No height"), Kind::kVoid});
+  if (wish.outside) rows.push_back({QStringLiteral("No terrain"), Kind::kOutside});
+  const auto link = [&](PathVerdict verdict, const QString& words) {
+    if (wish.verdicts.at(static_cast<std::size_t>(verdict))) rows.push_back({words, Kind::kLink, verdict});
+  };
+  link(PathVerdict::kBlocked, QStringLiteral("Blocked link"));
+  link(PathVerdict::kMarginal, QStringLiteral("Marginal link"));
+  link(PathVerdict::kClear, QStringLiteral("Clear link"));
+  link(PathVerdict::kUnknown, QStringLiteral("No verdict"));
+  return rows;
 }
 
-void paintSwatch(QPainter& painter, const QRectF& place, const Swatch& swatch) {
-  painter.fillRect(place, QColor::fromRgb(swatch.isVoid ? kVoidColour : kOutsideColour));
-  if (swatch.isVoid) painter.fillRect(place, QBrush(QColor::fromRgb(kVoidHatch), Qt::BDiagPattern));
+void paintSwatch(QPainter& painter, const QRectF& place, bool isVoid) {
+  painter.fillRect(place, QColor::fromRgb(isVoid ? kVoidColour : kOutsideColour));
+  if (isVoid) painter.fillRect(place, QBrush(QColor::fromRgb(kVoidHatch), Qt::BDiagPattern));
   painter.setPen(QPen(kPanelRim, 1));
   painter.drawRect(place);
 }
@@ -65,55 +81,81 @@ void paintRamp(QPainter& painter, const QRectF& bar) {
   painter.drawRect(bar);
 }
 
-double widestText(const QFontMetricsF& metrics, const std::vector<LegendEntry>& entries,
-                  const std::vector<Swatch>& swatches) {
-  double widest = 0;
-  for (const LegendEntry& entry : entries) {
-    widest = std::max(widest, metrics.horizontalAdvance(qText(entry.text)));
+// What the legend has, and how large it is.
+struct LegendPlan {
+  double bar = 0;  // height; 0 without
+  std::vector<LegendEntry> entries;
+  std::vector<LegendRow> rows;
+  double sample = kBarWidth;  // width of the widest sample of a row
+  double width = 0, height = 0;
+
+  bool empty() const { return bar <= 0 && rows.empty(); }
+};
+
+LegendPlan legendPlan(const MapFrame& frame, const LegendWish& wish, const QFontMetricsF& metrics) {
+  const double line = std::ceil(metrics.height()), rowHeight = line + kRowGap;
+  LegendPlan plan;
+  plan.rows = rowsOf(wish);
+  const auto heightOfRows = [&] { return static_cast<double>(plan.rows.size()) * rowHeight; };
+  // The texts at the ends of the bar reach over it by half a line.
+  const double shortest = wish.heights ? kShortestBar + line : 0;
+  const double most = frame.height() - 2 * kEdge - 2 * kPadding;
+  while (!plan.rows.empty() && shortest + heightOfRows() > most) plan.rows.pop_back();
+  if (wish.heights && shortest <= most) {
+    const double wanted = kLowestOfMap * frame.height() - 2 * kPadding - heightOfRows() - line;
+    plan.bar = std::clamp(wanted, kShortestBar, kTallestBar);
+    plan.entries = legendEntries(wish.scale, wish.imperial, static_cast<int>(plan.bar / (line * 1.4)) + 1);
   }
-  for (const Swatch& swatch : swatches) widest = std::max(widest, metrics.horizontalAdvance(swatch.text));
-  return std::ceil(widest);
+  double texts = 0;
+  for (const LegendEntry& entry : plan.entries) {
+    texts = std::max(texts, kBarWidth + kTextGap + metrics.horizontalAdvance(qText(entry.text)));
+  }
+  for (const LegendRow& row : plan.rows) {
+    if (row.kind == LegendRow::Kind::kLink) plan.sample = kVerdictWidth;
+  }
+  for (const LegendRow& row : plan.rows) {
+    texts = std::max(texts, plan.sample + kTextGap + metrics.horizontalAdvance(row.text));
+  }
+  plan.width = std::ceil(texts) + 2 * kPadding;
+  plan.height = 2 * kPadding + (plan.bar > 0 ? plan.bar + line : 0) + heightOfRows();
+  if (plan.width > frame.width() / 2) return {};
+  return plan;
 }
 
 }  // namespace
 
 QRectF paintLegend(QPainter& painter, const MapFrame& frame, const LegendWish& wish) {
-  if (frame.width() < kLegendMap.width() || frame.height() < kLegendMap.height()) return {};
   const QFontMetricsF metrics(painter.font());
   const double line = std::ceil(metrics.height());
-  const std::vector<Swatch> swatches = swatchesOf(wish);
-  const double below = static_cast<double>(swatches.size()) * (line + 3);
-  // Half the map at most, and the texts at the ends of the bar reach over it by half a line.
-  const double room = frame.height() / 2 - below - 2 * kPadding - line;
-  const double bar = wish.heights ? std::min(room, kTallestBar) : 0;
-  const bool barFits = bar >= kShortestBar;
-  if (!barFits && (wish.heights || swatches.empty())) return {};
-  std::vector<LegendEntry> entries;
-  if (barFits) entries = legendEntries(wish.scale, wish.imperial, static_cast<int>(bar / (line * 1.4)) + 1);
-  const double width = kPadding * 2 + kBarWidth + 8 + widestText(metrics, entries, swatches);
-  const double height = kPadding * 2 + (barFits ? bar + line : 0) + below;
-  if (width > frame.width() / 2 || height > frame.height() - 2 * kEdge) return {};
-  const QRectF place(frame.width() - kEdge - width, frame.height() - kEdge - height, width, height);
+  const LegendPlan plan = legendPlan(frame, wish, metrics);
+  if (plan.empty()) return {};
+  const QRectF place(frame.width() - kEdge - plan.width, frame.height() - kEdge - plan.height, plan.width,
+                     plan.height);
   panel(painter, place);
   double y = place.top() + kPadding;
   const double x = place.left() + kPadding;
-  if (barFits) {
-    const QRectF ramp(std::round(x) + 0.5, std::round(y + line / 2) + 0.5, kBarWidth, std::round(bar));
+  if (plan.bar > 0) {
+    const QRectF ramp(std::round(x) + 0.5, std::round(y + line / 2) + 0.5, kBarWidth, std::round(plan.bar));
     paintRamp(painter, ramp);
-    for (const LegendEntry& entry : entries) {
+    for (const LegendEntry& entry : plan.entries) {
       const double at = ramp.bottom() - entry.fraction * ramp.height();
       painter.setPen(kPanelInk);
       painter.drawLine(QPointF(ramp.right(), at), QPointF(ramp.right() + 4, at));
-      painter.drawText(QPointF(ramp.right() + 8, at + (metrics.ascent() - metrics.descent()) / 2),
+      painter.drawText(QPointF(ramp.right() + kTextGap, at + (metrics.ascent() - metrics.descent()) / 2),
                        qText(entry.text));
     }
-    y += bar + line;
+    y += plan.bar + line;
   }
-  for (const Swatch& swatch : swatches) {
-    y += 3;
-    paintSwatch(painter, QRectF(std::round(x) + 0.5, std::round(y) + 1.5, kBarWidth, line - 4), swatch);
+  for (const LegendRow& row : plan.rows) {
+    y += kRowGap;
+    if (row.kind == LegendRow::Kind::kLink) {
+      paintVerdictSample(painter, QRectF(std::round(x), std::round(y), plan.sample, line), row.verdict);
+    } else {
+      paintSwatch(painter, QRectF(std::round(x) + 0.5, std::round(y) + 1.5, kBarWidth, line - 4),
+                  row.kind == LegendRow::Kind::kVoid);
+    }
     painter.setPen(kPanelInk);
-    painter.drawText(QPointF(x + kBarWidth + 8, y + metrics.ascent()), swatch.text);
+    painter.drawText(QPointF(x + plan.sample + kTextGap, y + metrics.ascent()), row.text);
     y += line;
   }
   return place;
@@ -196,6 +238,14 @@ void paintCoverage(QPainter& painter, const MapFrame& frame, const std::vector<T
       for (const MapPoint& point : piece.points) line.append(QPointF(point.x, point.y));
       painter.drawPolyline(line);
     }
+  }
+}
+
+void paintCoverageMarks(QPainter& painter, const MapFrame& frame, const std::vector<WorldArea>& rasters) {
+  painter.setPen(QPen(kOutline, 1.5));
+  for (const PixelBox& mark : coverageMarks(frame, rasters, kSmallestSeen)) {
+    painter.drawRect(
+        QRectF(std::floor(mark.left) + 0.5, std::floor(mark.top) + 0.5, mark.width, mark.height));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QHelpEvent>
 #include <QInputDevice>
 #include <QKeyEvent>
@@ -29,8 +30,9 @@ namespace zel::host {
 
 namespace {
 
-constexpr int kRestMs = 200;     // without movement, before the map counts as at rest
-constexpr int kResultsMs = 100;  // between two pictures for results alone
+constexpr int kRestMs = 200;      // without movement, before the map counts as at rest
+constexpr int kResultsMs = 100;   // between two pictures for results alone
+constexpr qint64 kSmoothMs = 16;  // for the ground: where it takes longer, a moving map is drawn coarser
 constexpr double kLevelsPerNotch = 0.5;
 constexpr double kAnglePerNotch = 120;      // eighths of a degree, as QWheelEvent counts
 constexpr double kPixelsPerLevel = 160;     // of a touchpad, with Ctrl
@@ -118,6 +120,7 @@ struct MapView::Self {
   void showFitted(const TerrainExtent& extent);
   void tellLoading();
   void paint(QPainter& painter);
+  void paintTerrain(QPainter& painter, const std::vector<PlacedTile>& placed);
   void paintPanels(QPainter& painter);
   QString terrainLine() const;
 
@@ -161,6 +164,7 @@ struct MapView::Self {
   MapSelection selection;
   std::shared_ptr<const TerrainMap> terrain;
   std::vector<TerrainCoverage> coverage;
+  std::vector<WorldArea> areas;  // of the same
   bool coverageKnown = false;
 
   PlanPlaces places;
@@ -173,6 +177,7 @@ struct MapView::Self {
   bool fitTerrainWanted = false;        // as soon as it is known what there is
   bool stale = true;                    // not painted since something changed
   bool moving = false;
+  bool slow = false;        // the ground takes too long to be drawn smoothly while the map moves
   bool scaleKnown = false;  // the colour scale was made for this terrain
   QTimer rest, results;
   int toldLoading = 0;
@@ -274,6 +279,9 @@ void MapView::Self::takeOptions() {
 void MapView::Self::coverageCame(const std::vector<TerrainCoverage>& found) {
   coverage = found;
   coverageKnown = true;
+  areas.clear();
+  areas.reserve(coverage.size());
+  for (const TerrainCoverage& raster : coverage) areas.push_back(worldArea(raster.extent));
   if (fitTerrainWanted && !coverage.empty()) showFitted(extentOf(coverage));
   fitTerrainWanted = false;
   invalidate();
@@ -306,7 +314,8 @@ void MapView::Self::paint(QPainter& painter) {
       terrain == nullptr ? std::vector<PlacedTile>() : tilesOf(frame, pixelRatio);
   seenTiles = tileIds(placed);
   tiles.keepAsked(seenTiles);
-  paintGround(painter, frame, pixelRatio, tiles, placed, true);
+  paintTerrain(painter, placed);
+  paintCoverageMarks(painter, frame, areas);
   if (options.coverage) paintCoverage(painter, frame, coverage);
   if (options.graticule) {
     paintGraticule(painter, text, frame, options.angles, {legendPlace, barPlace});
@@ -339,14 +348,22 @@ void MapView::Self::paint(QPainter& painter) {
   tellLoading();
 }
 
+void MapView::Self::paintTerrain(QPainter& painter, const std::vector<PlacedTile>& placed) {
+  const bool smooth = !moving || !slow;
+  QElapsedTimer clock;
+  clock.start();
+  paintGround(painter, frame, painter.device()->devicePixelRatioF(), tiles, placed, smooth);
+  if (smooth) slow = clock.elapsed() > kSmoothMs;
+}
+
 void MapView::Self::paintPanels(QPainter& painter) {
   const QRectF legendBefore = legendPlace, barBefore = barPlace;
   legendPlace = {};
   if (options.legend && terrain != nullptr) {
     const TileContents contents = tiles.contents(seenTiles);
-    legendPlace =
-        paintLegend(painter, frame,
-                    {tiles.scale(), options.imperial, contents.range.any, contents.voids, contents.outside});
+    legendPlace = paintLegend(painter, frame,
+                              {tiles.scale(), options.imperial, contents.range.any, contents.voids,
+                               contents.outside, planPainter.seenVerdicts()});
   }
   barPlace = paintScaleBar(painter, frame, options.scaleBar, options.imperial, terrainLine());
   // The names keep clear of the panels, the next time.
@@ -629,7 +646,11 @@ MapView::MapView(QWidget* parent) : QWidget(parent), self_(std::make_unique<Self
   self_->tiles.setRelief(self_->options.relief);
 }
 
-MapView::~MapView() = default;
+MapView::~MapView() {
+  // Before either waits for its threads: one of them may look through a folder while the others wait for it.
+  self_->tiles.end();
+  self_->reader.end();
+}
 
 void MapView::setPlan(const Plan* plan, const LinkAnalysis* analysis) {
   self_->places.set(plan, analysis);
@@ -640,6 +661,7 @@ void MapView::setTerrain(std::shared_ptr<const TerrainMap> terrain) {
   if (terrain == self_->terrain) return;
   self_->terrain = terrain;
   self_->coverage.clear();
+  self_->areas.clear();
   self_->coverageKnown = terrain == nullptr;
   self_->scaleKnown = self_->options.heightScale.has_value();
   self_->tiles.setTerrain(terrain);

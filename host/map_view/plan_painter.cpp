@@ -17,6 +17,8 @@ namespace {
 constexpr double kKilometresPerMile = 1.609344;
 constexpr double kClipMargin = 12;            // pixels around the map in which lines are still drawn
 constexpr std::size_t kMostCased = 250;       // pieces of links that are drawn with casing, at rest
+constexpr std::size_t kMostRimmed = 5000;     // and thin, with a rim
+constexpr std::size_t kMostObstacles = 250;   // links whose obstacles are shown
 constexpr std::size_t kMostCasedMoving = 40;  // and while the map moves
 constexpr std::size_t kMostChosenTexts = 20;  // links with their length beside them
 constexpr int kLongestLabel = 32;             // characters
@@ -39,9 +41,22 @@ constexpr std::array<LineLook, 5> kLooks = {{
     {0xff5a5f66, 1.25, {0, 0, 0, 0}},     // waiting for its figures
 }};
 constexpr std::size_t kWaiting = 4;
+// The casing, by the same numbers: wider where it has something to say.
+struct Casing {
+  QRgb colour;
+  double wider;  // pixels, than the line
+};
+constexpr std::array<Casing, 5> kCasings = {
+    {{0xdcffffff, 2.5}, {0xf0ffc04d, 4}, {0xf0ff9a8c, 4}, {0xdcffffff, 2.5}, {0xdcffffff, 2.5}}};
+constexpr double kSymbolHeight = 12, kSymbolHalf = 6.5;  // of an obstacle's triangle
+constexpr double kObstaclesApart = 12;  // pixels: of obstacles that are nearer to each other one is drawn
 
 std::size_t lookOf(const LinkPlace& link, const LinkStrand& strand) {
   return link.computed ? static_cast<std::size_t>(strand.kind) : kWaiting;
+}
+
+std::size_t verdictOf(const LinkPlace& link) {
+  return link.computed ? static_cast<std::size_t>(link.verdict) : kWaiting;
 }
 
 bool solid(const LineLook& look) { return look.dashes[0] <= 0; }
@@ -68,13 +83,14 @@ struct Piece {
   std::size_t look = 0;
   double before = 0;
   QPolygonF line;
+  std::size_t verdict = kWaiting;  // of the whole link, as a look
 };
 
 std::vector<Piece> piecesOf(const MapFrame& frame, const LinkPlace& link) {
   std::vector<Piece> pieces;
   for (const LinkStrand& strand : link.strands) {
     for (const PixelLine& line : pixelLines(frame, strand.positions, kClipMargin)) {
-      pieces.push_back({lookOf(link, strand), line.before, polygonOf(line)});
+      pieces.push_back({lookOf(link, strand), line.before, polygonOf(line), verdictOf(link)});
     }
   }
   return pieces;
@@ -82,9 +98,10 @@ std::vector<Piece> piecesOf(const MapFrame& frame, const LinkPlace& link) {
 
 void paintCased(QPainter& painter, const std::vector<Piece>& pieces, double wider) {
   painter.setRenderHint(QPainter::Antialiasing);
-  QPen casing(QColor(255, 255, 255, 220), 0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+  QPen casing(Qt::white, 0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
   for (const Piece& piece : pieces) {
-    casing.setWidthF(kLooks[piece.look].width + wider + 2.5);
+    casing.setColor(QColor::fromRgba(kCasings[piece.verdict].colour));
+    casing.setWidthF(kLooks[piece.look].width + wider + kCasings[piece.verdict].wider);
     painter.setPen(casing);
     painter.drawPolyline(piece.line);
   }
@@ -97,8 +114,7 @@ void paintCased(QPainter& painter, const std::vector<Piece>& pieces, double wide
 
 // The strokes of a dashed line, as lines of their own: many of them are drawn at once, in a tenth of the time
 // that a dashed pen takes.
-void addStrokes(const Piece& piece, QList<QLineF>& strokes) {
-  const LineLook& look = kLooks[piece.look];
+void addStrokes(const Piece& piece, const LineLook& look, QList<QLineF>& strokes) {
   if (solid(look)) {
     for (qsizetype i = 1; i < piece.line.size(); ++i)
       strokes.append(QLineF(piece.line[i - 1], piece.line[i]));
@@ -129,12 +145,17 @@ void addStrokes(const Piece& piece, QList<QLineF>& strokes) {
 void paintThin(QPainter& painter, const std::vector<Piece>& pieces, bool moving) {
   std::array<QList<QLineF>, kLooks.size()> strokes;
   for (const Piece& piece : pieces) {
-    QList<QLineF>& of = strokes[piece.look];
+    QList<QLineF>& of = strokes[piece.verdict];
     if (moving) {
       for (qsizetype i = 1; i < piece.line.size(); ++i) of.append(QLineF(piece.line[i - 1], piece.line[i]));
     } else {
-      addStrokes(piece, of);
+      addStrokes(piece, kLooks[piece.verdict], of);
     }
+  }
+  // A light rim, where it costs less than a frame.
+  if (!moving && pieces.size() <= kMostRimmed) {
+    painter.setPen(QPen(QColor(255, 255, 255), 3));
+    for (const QList<QLineF>& of : strokes) painter.drawLines(of);
   }
   for (std::size_t look = 0; look < kLooks.size(); ++look) {
     painter.setPen(QPen(QColor::fromRgb(kLooks[look].colour), 1));
@@ -164,17 +185,26 @@ void paintLineText(QPainter& painter, MapText& text, const MapFrame& frame,
   text.draw(painter, QPointF(x, y), words, true);
 }
 
-void paintObstacle(QPainter& painter, const MapFrame& frame, const LinkPlace& link) {
-  if (!link.worst || !link.computed) return;
-  const MapPoint at = frame.pixelOf(*link.worst);
-  const QPolygonF triangle(
-      {QPointF(at.x, at.y - 1), QPointF(at.x - 6.5, at.y - 13), QPointF(at.x + 6.5, at.y - 13)});
+// Its point is at the place.
+void paintObstacle(QPainter& painter, QPointF at, std::size_t verdict) {
+  const QColor colour = QColor::fromRgb(kLooks[verdict].colour);
+  const bool hollow = verdict == static_cast<std::size_t>(PathVerdict::kMarginal);
+  const QPointF tip = at - QPointF(0, 1), top = tip - QPointF(0, kSymbolHeight), side(kSymbolHalf, 0);
+  const QPolygonF triangle({tip, top - side, top + side});
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(Qt::white, 1.5));
-  painter.setBrush(QColor::fromRgb(kLooks[static_cast<std::size_t>(link.verdict)].colour));
+  painter.setPen(QPen(Qt::white, 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.drawPolygon(triangle);
+  painter.setPen(QPen(colour, hollow ? 2 : 1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setBrush(hollow ? QColor(Qt::white) : colour);
   painter.drawPolygon(triangle);
   painter.setBrush(Qt::NoBrush);
   painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+void paintObstacle(QPainter& painter, const MapFrame& frame, const LinkPlace& link) {
+  if (!link.worst || !link.computed) return;
+  const MapPoint at = frame.pixelOf(*link.worst);
+  paintObstacle(painter, QPointF(at.x, at.y), verdictOf(link));
 }
 
 // Turns a place in the world into pixels without the functions that a position needs.
@@ -218,6 +248,18 @@ QImage symbolOf(double pixelRatio, QColor ring, double ringWidth, double radius)
   painter.setPen(QPen(Qt::white, 1.75));
   painter.setBrush(QColor(0x12, 0x35, 0x5b));
   painter.drawEllipse(middle, radius, radius);
+  return picture;
+}
+
+// Its middle is the place.
+QImage obstacleSymbol(double pixelRatio, PathVerdict verdict) {
+  constexpr double kSide = 2 * (kSymbolHeight + 4);
+  const int pixels = static_cast<int>(std::ceil(kSide * pixelRatio));
+  QImage picture(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+  picture.setDevicePixelRatio(pixelRatio);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  paintObstacle(painter, QPointF(kSide / 2, kSide / 2), static_cast<std::size_t>(verdict));
   return picture;
 }
 
@@ -266,6 +308,15 @@ QString lineText(double distanceKm, double bearingDeg, bool imperial) {
       .arg(QChar(0xb0));
 }
 
+void paintVerdictSample(QPainter& painter, const QRectF& place, PathVerdict verdict) {
+  const auto look = static_cast<std::size_t>(verdict);
+  const bool obstructed = verdict == PathVerdict::kMarginal || verdict == PathVerdict::kBlocked;
+  const double y = std::floor(obstructed ? place.bottom() - 3 : place.center().y());  // room for the triangle
+  const QPolygonF line({QPointF(place.left() + 2, y), QPointF(place.right() - 2, y)});
+  paintCased(painter, {{look, 0, line, look}}, 0);
+  if (obstructed) paintObstacle(painter, QPointF(place.center().x(), y), look);
+}
+
 void PlanPainter::paint(QPainter& painter, MapText& text, const PlanScene& scene) {
   paintLinks(painter, text, scene);
   paintStations(painter, text, scene);
@@ -274,11 +325,16 @@ void PlanPainter::paint(QPainter& painter, MapText& text, const PlanScene& scene
 void PlanPainter::paintLinks(QPainter& painter, MapText& text, const PlanScene& scene) {
   const WorldBox seen = seenBox(scene.frame, kClipMargin);
   std::vector<Piece> pieces;
-  std::vector<const LinkPlace*> chosen;
+  std::vector<const LinkPlace*> chosen, obstructed;
+  seenVerdicts_ = {};
   const std::unordered_set<LinkId> selected(scene.selection.links.begin(), scene.selection.links.end());
   for (const LinkPlace& link : scene.places.links()) {
     if (!link.box.meets(seen)) continue;
     if (scene.dragged && (link.from == scene.dragged->id || link.to == scene.dragged->id)) continue;
+    if (link.computed) seenVerdicts_.at(verdictOf(link)) = true;
+    if (link.worst && (link.verdict == PathVerdict::kBlocked || link.verdict == PathVerdict::kMarginal)) {
+      obstructed.push_back(&link);
+    }
     if (selected.contains(link.id) || scene.hoveredLink == link.id) {
       chosen.push_back(&link);
       continue;
@@ -291,7 +347,30 @@ void PlanPainter::paintLinks(QPainter& painter, MapText& text, const PlanScene& 
     paintThin(painter, pieces, scene.moving);
   }
   for (const LinkPlace* link : chosen) paintChosenLink(painter, text, scene, *link);
+  // Among more links triangles would hide the lines, which then have the verdict's own look.
+  if (obstructed.size() <= kMostObstacles) paintObstacles(painter, scene.frame, obstructed);
   if (scene.dragged) paintDraggedLinks(painter, text, scene);
+}
+
+// Blocked links first: where there is room for one, it is theirs.
+void PlanPainter::paintObstacles(QPainter& painter, const MapFrame& frame,
+                                 const std::vector<const LinkPlace*>& links) {
+  makeSymbols(painter.device()->devicePixelRatioF());
+  const double half = blocked_.width() / blocked_.devicePixelRatio() / 2;
+  std::vector<MapPoint> drawn;
+  for (const PathVerdict verdict : {PathVerdict::kBlocked, PathVerdict::kMarginal}) {
+    for (const LinkPlace* link : links) {
+      if (link->verdict != verdict) continue;
+      const MapPoint at = frame.pixelOf(*link->worst);
+      const bool crowded = std::any_of(drawn.begin(), drawn.end(), [&at](const MapPoint& other) {
+        return std::hypot(other.x - at.x, other.y - at.y) < kObstaclesApart;
+      });
+      if (crowded || !inside(frame, at, kClipMargin + kSymbolHeight)) continue;
+      drawn.push_back(at);
+      painter.drawImage(QPointF(std::round(at.x - half), std::round(at.y - half)),
+                        verdict == PathVerdict::kBlocked ? blocked_ : marginal_);
+    }
+  }
 }
 
 void PlanPainter::paintChosenLink(QPainter& painter, MapText& text, const PlanScene& scene,
@@ -300,7 +379,7 @@ void PlanPainter::paintChosenLink(QPainter& painter, MapText& text, const PlanSc
   const std::vector<Piece> pieces = piecesOf(scene.frame, link);
   if (selected) {  // a dark rim around the casing
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(20, 26, 32), 8.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(QPen(QColor(20, 26, 32), 10, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     for (const Piece& piece : pieces) painter.drawPolyline(piece.line);
     painter.setRenderHint(QPainter::Antialiasing, false);
   }
@@ -335,7 +414,8 @@ void PlanPainter::paintDraggedLinks(QPainter& painter, MapText& text, const Plan
         starts ? bentLine(scene.dragged->map, other->map) : bentLine(other->map, scene.dragged->map);
     const std::vector<PixelLine> lines = pixelLines(scene.frame, line.positions, kClipMargin);
     std::vector<Piece> pieces;
-    for (const PixelLine& piece : lines) pieces.push_back({kWaiting, piece.before, polygonOf(piece)});
+    for (const PixelLine& piece : lines)
+      pieces.push_back({kWaiting, piece.before, polygonOf(piece), kWaiting});
     paintCased(painter, pieces, 0.5);
     if (++texts <= kMostChosenTexts) {
       paintLineText(painter, text, scene.frame, lines,
@@ -349,7 +429,7 @@ void PlanPainter::paintRubberBand(QPainter& painter, MapText& text, const MapFra
   const GeodesicLine line = bentLine(from, to);
   const std::vector<PixelLine> lines = pixelLines(frame, line.positions, kClipMargin);
   std::vector<Piece> pieces;
-  for (const PixelLine& piece : lines) pieces.push_back({kWaiting, piece.before, polygonOf(piece)});
+  for (const PixelLine& piece : lines) pieces.push_back({kWaiting, piece.before, polygonOf(piece), kWaiting});
   paintCased(painter, pieces, 0.75);
   if (line.distanceKm > 0) {
     paintLineText(painter, text, frame, lines, lineText(line.distanceKm, line.bearingDeg, imperial));
@@ -362,6 +442,8 @@ void PlanPainter::makeSymbols(double pixelRatio) {
   plain_ = symbolOf(pixelRatio, {}, 0, kSymbolRadius);
   hovered_ = symbolOf(pixelRatio, {}, 0, kSymbolRadius + 2);
   chosen_ = symbolOf(pixelRatio, QColor(0xff, 0xb7, 0x03), 2.5, kSymbolRadius);
+  blocked_ = obstacleSymbol(pixelRatio, PathVerdict::kBlocked);
+  marginal_ = obstacleSymbol(pixelRatio, PathVerdict::kMarginal);
 }
 
 void PlanPainter::paintStations(QPainter& painter, MapText& text, const PlanScene& scene) {

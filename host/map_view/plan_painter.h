@@ -1,12 +1,15 @@
 // Stations and links on the map.
 //
 // What a link's stretches are is told by colour and by dash, with a light casing so that they stand out on
-// any ground. Where hundreds of links are seen at once they are drawn thin and without casing; the dashes
-// stay.
+// any ground. An obstructed stretch may be a few pixels long, so the link's verdict is told besides: by the
+// tint of the whole casing, and by a triangle over its worst obstacle, filled for a blocked link, hollow for
+// a marginal one. Where hundreds of links are seen at once they are drawn thin, each from end to end as its
+// verdict, and where there are more of them without triangles.
 #pragma once
 
 #include <QImage>
 #include <QPainter>
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -41,9 +44,17 @@ struct PlanScene {
 // "28.7 km, 134.1°"; "17.8 mi, 134.1°".
 QString lineText(double distanceKm, double bearingDeg, bool imperial);
 
+// By PathVerdict.
+using VerdictSet = std::array<bool, 4>;
+
+// A short link of that verdict, as the map draws one, for a legend.
+void paintVerdictSample(QPainter& painter, const QRectF& place, PathVerdict verdict);
+
 class PlanPainter {
  public:
   void paint(QPainter& painter, MapText& text, const PlanScene& scene);
+  // Of the computed links that were seen in the last picture.
+  const VerdictSet& seenVerdicts() const { return seenVerdicts_; }
   // A line that is about to be a link, with its length and bearing.
   void paintRubberBand(QPainter& painter, MapText& text, const MapFrame& frame, Position from, Position to,
                        bool imperial);
@@ -52,11 +63,13 @@ class PlanPainter {
   void paintLinks(QPainter& painter, MapText& text, const PlanScene& scene);
   void paintChosenLink(QPainter& painter, MapText& text, const PlanScene& scene, const LinkPlace& link);
   void paintDraggedLinks(QPainter& painter, MapText& text, const PlanScene& scene);
+  void paintObstacles(QPainter& painter, const MapFrame& frame, const std::vector<const LinkPlace*>& links);
   void paintStations(QPainter& painter, MapText& text, const PlanScene& scene);
   void makeSymbols(double pixelRatio);
 
+  VerdictSet seenVerdicts_{};
   double symbolRatio_ = 0;
-  QImage plain_, hovered_, chosen_;
+  QImage plain_, hovered_, chosen_, blocked_, marginal_;
 };
 
 inline constexpr double kStationReach = 9;  // pixels from a station's middle that still are on it

@@ -1,6 +1,7 @@
 #include "map_view/terrain_reader.h"
 
 #include <QObject>
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <exception>
@@ -14,14 +15,21 @@ namespace zel::host {
 namespace {
 // As the component's setting of that number: bilinear.
 constexpr std::int32_t kPointerMethod = 0;
+
+// A terrain that is asked about, until `cancelled`.
+struct AskedTerrain {
+  std::shared_ptr<const TerrainMap> map;
+  std::uint64_t number = 0;
+  std::shared_ptr<std::atomic<bool>> cancelled;
+};
 }  // namespace
 
 struct TerrainReader::Self {
   explicit Self(TerrainReader& owner) : reader(owner) {}
 
   void work();
-  void readCoverage(const std::shared_ptr<const TerrainMap>& from, std::uint64_t number);
-  void readHeight(const std::shared_ptr<const TerrainMap>& from, std::uint64_t number, Position position);
+  void readCoverage(const AskedTerrain& from);
+  void readHeight(const AskedTerrain& from, Position position);
   void wakeThread();
   template <typename Call>
   void onUserInterfaceThread(Call call) {
@@ -35,8 +43,7 @@ struct TerrainReader::Self {
 
   std::mutex guard;  // of all below
   std::condition_variable wake;
-  std::shared_ptr<const TerrainMap> terrain;
-  std::uint64_t terrainNumber = 0;
+  AskedTerrain terrain;
   bool coverageWanted = false, ending = false;
   std::optional<Position> heightWanted;
   std::thread thread;
@@ -45,12 +52,17 @@ struct TerrainReader::Self {
 TerrainReader::TerrainReader() : self_(std::make_unique<Self>(*this)) {}
 
 TerrainReader::~TerrainReader() {
+  end();
+  if (self_->thread.joinable()) self_->thread.join();
+}
+
+void TerrainReader::end() {
   {
     const std::lock_guard lock(self_->guard);
     self_->ending = true;
+    if (self_->terrain.cancelled != nullptr) *self_->terrain.cancelled = true;
   }
   self_->wake.notify_all();
-  if (self_->thread.joinable()) self_->thread.join();
 }
 
 void TerrainReader::Self::wakeThread() {
@@ -59,16 +71,17 @@ void TerrainReader::Self::wakeThread() {
 }
 
 void TerrainReader::setTerrain(std::shared_ptr<const TerrainMap> terrain) {
-  std::shared_ptr<const TerrainMap> before;  // let go of without the lock
+  AskedTerrain before;  // let go of without the lock
   {
     const std::lock_guard lock(self_->guard);
     if (self_->coverageWanted) --self_->unanswered;
     if (self_->heightWanted) --self_->unanswered;
-    before = std::exchange(self_->terrain, std::move(terrain));
-    ++self_->terrainNumber;
-    self_->coverageWanted = self_->terrain != nullptr;
+    before = std::move(self_->terrain);
+    if (before.cancelled != nullptr) *before.cancelled = true;
+    self_->terrain = {std::move(terrain), before.number + 1, std::make_shared<std::atomic<bool>>(false)};
+    self_->coverageWanted = self_->terrain.map != nullptr;
     self_->heightWanted.reset();
-    if (self_->terrain == nullptr) return;
+    if (self_->terrain.map == nullptr) return;
     ++self_->unanswered;
   }
   self_->wakeThread();
@@ -77,7 +90,7 @@ void TerrainReader::setTerrain(std::shared_ptr<const TerrainMap> terrain) {
 void TerrainReader::askHeight(Position position) {
   {
     const std::lock_guard lock(self_->guard);
-    if (self_->terrain == nullptr) return;
+    if (self_->terrain.map == nullptr) return;
     if (!self_->heightWanted) ++self_->unanswered;
     self_->heightWanted = position;
   }
@@ -88,8 +101,7 @@ bool TerrainReader::busy() const { return self_->unanswered > 0; }
 
 void TerrainReader::Self::work() {
   for (;;) {
-    std::shared_ptr<const TerrainMap> from;
-    std::uint64_t number = 0;
+    AskedTerrain from;
     std::optional<Position> position;
     bool coverage = false;
     {
@@ -97,37 +109,36 @@ void TerrainReader::Self::work() {
       wake.wait(lock, [this] { return ending || coverageWanted || heightWanted; });
       if (ending) return;
       from = terrain;
-      number = terrainNumber;
       coverage = std::exchange(coverageWanted, false);
       if (!coverage) position = std::exchange(heightWanted, std::nullopt);
     }
-    if (coverage) readCoverage(from, number);
-    if (position) readHeight(from, number, *position);
+    if (coverage) readCoverage(from);
+    if (position) readHeight(from, *position);
   }
 }
 
-void TerrainReader::Self::readCoverage(const std::shared_ptr<const TerrainMap>& from, std::uint64_t number) {
+void TerrainReader::Self::readCoverage(const AskedTerrain& from) {
   std::vector<TerrainCoverage> coverage;
   try {
-    coverage = from->rasters();
+    if (from.map->prepare(from.cancelled.get())) coverage = from.map->rasters();
   } catch (const std::exception&) {  // out of memory: no outlines
   }
-  onUserInterfaceThread([this, number, found = std::move(coverage)] {
+  onUserInterfaceThread([this, number = from.number, found = std::move(coverage)] {
     --unanswered;
-    if (number == terrainNumber && reader.onCoverage) reader.onCoverage(found);
+    if (number == terrain.number && reader.onCoverage) reader.onCoverage(found);
   });
 }
 
-void TerrainReader::Self::readHeight(const std::shared_ptr<const TerrainMap>& from, std::uint64_t number,
-                                     Position position) {
+void TerrainReader::Self::readHeight(const AskedTerrain& from, Position position) {
   std::vector<float> heights;
   try {
-    heights = from->heightsAt({&position, 1}, kPointerMethod);
+    if (from.map->prepare(from.cancelled.get()))
+      heights = from.map->heightsAt({&position, 1}, kPointerMethod);
   } catch (const std::exception&) {  // out of memory: no height is told
   }
-  onUserInterfaceThread([this, number, position, found = std::move(heights)] {
+  onUserInterfaceThread([this, number = from.number, position, found = std::move(heights)] {
     --unanswered;
-    if (number == terrainNumber && !found.empty() && reader.onHeight) reader.onHeight(position, found[0]);
+    if (number == terrain.number && !found.empty() && reader.onHeight) reader.onHeight(position, found[0]);
   });
 }
 

@@ -15,7 +15,7 @@ namespace zel::host {
 class TerrainReader {
  public:
   TerrainReader();
-  ~TerrainReader();  // waits for what is being read
+  ~TerrainReader();  // waits for the file that is being looked at
   TerrainReader(const TerrainReader&) = delete;
   TerrainReader& operator=(const TerrainReader&) = delete;
 
@@ -24,6 +24,8 @@ class TerrainReader {
   // Of the latest position only. WGS 84.
   void askHeight(Position position);
   bool busy() const;
+  // Nothing is read any more. Does not wait, since others' threads may be kept waiting by this one's.
+  void end();
 
   std::function<void(const std::vector<TerrainCoverage>&)> onCoverage;
   std::function<void(Position, float)> onHeight;

@@ -1,5 +1,7 @@
 #include "map_view/tile_service.h"
 
+#include <unistd.h>
+
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
@@ -64,6 +66,7 @@ struct KeptTile {
 namespace {
 
 constexpr int kFrameMs = 16;  // between two calls of onTile, at least
+constexpr int kNiceness = 5;  // of the threads: painting a frame comes first
 
 std::size_t bytesOf(const KeptTile& tile) {
   return static_cast<std::size_t>(tile.picture.sizeInBytes()) + tile.heights->size() * sizeof(float);
@@ -168,6 +171,8 @@ bool TileService::Self::takeJob(TileJob& job, TileStyle& jobStyle) {
 }
 
 void TileService::Self::work() {
+  // On this system it is the thread's own. Refused, all the same.
+  [[maybe_unused]] const int niceness = ::nice(kNiceness);
   TileJob job;
   TileStyle jobStyle;
   while (takeJob(job, jobStyle)) {
@@ -286,13 +291,17 @@ void TileService::Self::restyle() {
 TileService::TileService(std::size_t bytes) : self_(std::make_unique<Self>(*this, bytes)) {}
 
 TileService::~TileService() {
+  end();
+  for (std::thread& thread : self_->threads) thread.join();
+}
+
+void TileService::end() {
   self_->forget([](const TileId&) { return true; });
   {
     const std::lock_guard lock(self_->guard);
     self_->ending = true;
   }
   self_->wake.notify_all();
-  for (std::thread& thread : self_->threads) thread.join();
 }
 
 void TileService::setTerrain(std::shared_ptr<const TerrainMap> terrain) {

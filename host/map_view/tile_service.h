@@ -35,6 +35,9 @@ class TileService {
   void setRelief(bool relief);
   const HeightScale& scale() const;
 
+  // Nothing is made any more. Does not wait, since others' threads may be kept waiting by those of this.
+  void end();
+
   // The tile, null while it is not there; with `ask` it is then wanted, the latest wanted first.
   const QImage* find(TileId tile, bool ask);
   // Those asked for and not among `wanted` are forgotten, so that a quick pan does not leave a queue behind.

@@ -4,6 +4,7 @@
 #include <QMetaObject>
 #include <QObject>
 #include <QVariant>
+#include <atomic>
 #include <exception>
 #include <mutex>
 #include <thread>
@@ -14,12 +15,16 @@ namespace {
 
 constexpr const char* kWaitedFor = "zelCoverageSearchesWaitedFor";
 
-// Searches whose asker has gone; those that have ended are collected at the next search.
+using Flag = std::shared_ptr<std::atomic<bool>>;
+
+// Searches that may be under way, also those whose asker has gone; those that have ended are collected at the
+// next search.
 class Searches {
  public:
   ~Searches() { wait(); }
 
-  void run(std::function<void()> work) {
+  // `work` looks at the flag.
+  void run(std::function<void()> work, Flag cancelled) {
     const std::lock_guard lock(mutex_);
     collect();
     auto ended = std::make_shared<std::atomic<bool>>(false);
@@ -27,11 +32,12 @@ class Searches {
                           work();
                           *ended = true;
                         }),
-                        ended});
+                        ended, std::move(cancelled)});
   }
 
   void wait() {
     const std::lock_guard lock(mutex_);
+    for (const Running& each : running_) *each.cancelled = true;
     for (Running& each : running_) each.thread.join();
     running_.clear();
   }
@@ -39,7 +45,7 @@ class Searches {
  private:
   struct Running {
     std::thread thread;
-    std::shared_ptr<std::atomic<bool>> ended;
+    Flag ended, cancelled;
   };
 
   void collect() {
@@ -74,9 +80,10 @@ void waitAtTheEnd() {
   qAddPostRoutine(&waitForSearches);
 }
 
-Coverage lookedUp(const TerrainMap& terrain) {
+Coverage lookedUp(const TerrainMap& terrain, const std::atomic<bool>& cancelled) {
   Coverage coverage;
   try {
+    if (!terrain.prepare(&cancelled)) return coverage;  // nobody waits for it
     coverage.rasters = terrain.rasters();
     coverage.problems = terrain.problems();
   } catch (const std::exception& failure) {
@@ -92,6 +99,7 @@ struct CoverageSearch::Asker {
   std::mutex mutex;
   std::unique_ptr<QObject> object;
   std::function<void(const Coverage&)> found;
+  Flag cancelled = std::make_shared<std::atomic<bool>>(false);
 };
 
 CoverageSearch::CoverageSearch(std::function<void(const Coverage&)> found) : found_(std::move(found)) {}
@@ -100,6 +108,7 @@ CoverageSearch::~CoverageSearch() { forget(); }
 
 void CoverageSearch::forget() {
   if (!asker_) return;
+  *asker_->cancelled = true;
   const std::lock_guard lock(asker_->mutex);
   asker_->object.reset();  // with it go results that are on their way
 }
@@ -111,14 +120,15 @@ void CoverageSearch::start(int source) {
   asker_->object = std::make_unique<QObject>();
   asker_->found = found_;
   waitAtTheEnd();
-  searches().run([terrain = std::move(terrain), asker = asker_] {
-    auto coverage = std::make_shared<const Coverage>(lookedUp(*terrain));
+  const auto work = [terrain = std::move(terrain), asker = asker_] {
+    auto coverage = std::make_shared<const Coverage>(lookedUp(*terrain, *asker->cancelled));
     const std::lock_guard lock(asker->mutex);
     if (!asker->object) return;
     QMetaObject::invokeMethod(
         asker->object.get(), [asker = asker.get(), coverage] { asker->found(*coverage); },
         Qt::QueuedConnection);
-  });
+  };
+  searches().run(work, asker_->cancelled);
 }
 
 }  // namespace zel::host

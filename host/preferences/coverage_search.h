@@ -19,7 +19,7 @@ struct Coverage {
 class CoverageSearch {
  public:
   explicit CoverageSearch(std::function<void(const Coverage&)> found);
-  // Comes back at once; what is still under way ends by itself and tells nobody.
+  // Comes back at once; what is still under way ends with the file that it looks at, and tells nobody.
   ~CoverageSearch();
   CoverageSearch(const CoverageSearch&) = delete;
   CoverageSearch& operator=(const CoverageSearch&) = delete;

@@ -10,6 +10,7 @@
 #include <QLocale>
 #include <QPainter>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QWheelEvent>
 #include <utility>
 
@@ -51,6 +52,15 @@ std::string typedNumber(const QLineEdit& box) {
   return text.toStdString();
 }
 
+// "0 to 1,000,000": digits in groups of three, but for a fraction's.
+QString grouped(QString words) {
+  static const QRegularExpression place(QStringLiteral("(?<![.\\d])\\d{5,}"));
+  for (QRegularExpressionMatch found = place.match(words); found.hasMatch(); found = place.match(words)) {
+    for (qsizetype at = found.capturedEnd() - 3; at > found.capturedStart(); at -= 3) words.insert(at, u',');
+  }
+  return words;
+}
+
 class NumberRow : public FieldRow {
  public:
   using FieldRow::FieldRow;
@@ -88,7 +98,7 @@ class NumberRow : public FieldRow {
   virtual QString taken() const {
     const bool whole = known().type.find("integer") != std::string::npos;
     return (whole ? QStringLiteral("a whole number from ") : QStringLiteral("a number from ")) +
-           shown(known().range) + (unit().isEmpty() ? QString() : QStringLiteral(" ") + unit());
+           grouped(shown(known().range)) + (unit().isEmpty() ? QString() : QStringLiteral(" ") + unit());
   }
 
   QLineEdit* box_ = nullptr;

@@ -323,7 +323,7 @@ struct PreferencesDialog::Self {
       connect(button, &QPushButton::clicked, &dialog, std::move(action));
       return button;
     };
-    QPushButton* ok = add("cmdOK", QStringLiteral("OK"), QStringLiteral("Store the changes and close"),
+    QPushButton* ok = add("cmdOK", QStringLiteral("O&K"), QStringLiteral("Store the changes and close"),
                           QDialogButtonBox::AcceptRole, [this] { dialog.accept(); });
     ok->setDefault(true);
     add("cmdCancel", QStringLiteral("Cancel"), QStringLiteral("Close and leave what is not stored yet"),

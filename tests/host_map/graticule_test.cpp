@@ -167,10 +167,10 @@ TEST(ScaleBar, IsTheLongestRoundLengthThatFits) {
                           {4.9, false, "500 m", 500},
                           {0.25, false, "50 m", 50},
                           {30, true, "2 mi", 2 * 1609.344},
-                          {8, true, "5000 ft", 5000 * 0.3048},
+                          {8, true, "5,000 ft", 5000 * 0.3048},
                           {9, true, "1 mi", 1609.344},
-                          {2, true, "1000 ft", 1000 * 0.3048},
-                          {10000, false, "2000 km", 2e6}}) {
+                          {2, true, "1,000 ft", 1000 * 0.3048},
+                          {10000, false, "2,000 km", 2e6}}) {
     frame.setMetresPerPixel(one.metresPerPixel);
     const ScaleBar bar = scaleBar(frame, one.imperial, 200.01);
     EXPECT_EQ(bar.text, one.text) << one.metresPerPixel;

@@ -1,4 +1,4 @@
-// A map over the bundled terrain, or over tiles that the test writes.
+// A map over the bundled terrain, over a raster that the test writes, or over none.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,6 +17,7 @@
 #include "support/offscreen.h"
 #include "support/temporary_folder.h"
 #include "zel/geodesic.h"
+#include "zel/settings.h"
 #include "zel/terrain.h"
 
 namespace zel::host {
@@ -24,35 +25,34 @@ namespace zel::host {
 inline constexpr int kLocalSource = 9, kBundledSource = 3;
 inline constexpr int kPatienceMs = 20'000;  // until what is made in the background is there
 
-// A tile of 1201 x 1201 posts as SRTM lays them out: 16 bits, the high byte first, from the north-west.
-inline std::filesystem::path writeTile(const test::TemporaryFolder& folder, const std::string& name,
-                                       const std::function<int(int row, int column)>& height) {
-  constexpr int kSide = 1201;
-  std::string bytes;
-  bytes.reserve(std::size_t{2} * kSide * kSide);
-  for (int row = 0; row < kSide; ++row) {
-    for (int column = 0; column < kSide; ++column) {
-      const auto value = static_cast<std::uint16_t>(height(row, column));
-      bytes.push_back(static_cast<char>(value >> 8U));
-      bytes.push_back(static_cast<char>(value & 0xffU));
-    }
+// A raster of kPosts x kPosts heights over one degree, from 10 N, 10 E, the first row in the north.
+inline constexpr int kPosts = 61;
+inline constexpr int kNoHeight = -9999;
+inline std::filesystem::path writeRaster(const test::TemporaryFolder& folder,
+                                         const std::function<int(int row, int column)>& height) {
+  std::string text = "ncols 61\nnrows 61\nxllcenter 10\nyllcenter 10\ncellsize 0.0166666666666667\n";
+  text += "NODATA_value -9999\n";
+  for (int row = 0; row < kPosts; ++row) {
+    for (int column = 0; column < kPosts; ++column) text += std::to_string(height(row, column)) + " ";
+    text += "\n";
   }
-  const std::filesystem::path path = folder / name;
-  test::writeBytes(path, bytes);
+  const std::filesystem::path path = folder / "degree.asc";
+  test::writeBytes(path, text);
   return path;
 }
 
 class MapTest : public test::OffscreenTest<QApplication> {
  protected:
-  // The terrain of source "Local" for the rest of the test.
-  std::shared_ptr<const TerrainMap> terrainOf(const std::vector<std::string>& paths) {
-    setTerrainSource(kLocalSource, paths);
+  // The terrain of source "Local", which profiles are drawn from, too, for the rest of the test. Nothing is
+  // stored: others may run beside this one.
+  std::shared_ptr<const TerrainMap> terrainOf(const std::string& path) {
+    useLocal(path, kLocalSource);
     localSet_ = true;
     return TerrainMap::open(kLocalSource);
   }
   void TearDown() override {
     map_.reset();
-    if (localSet_) setTerrainSource(kLocalSource, {});
+    if (localSet_) useLocal({}, kBundledSource);
     OffscreenTest::TearDown();
   }
 
@@ -65,20 +65,32 @@ class MapTest : public test::OffscreenTest<QApplication> {
     return plan;
   }
 
-  MapView& showMap(std::shared_ptr<const TerrainMap> terrain, int width = 800, int height = 600) {
+  MapView& showMap(std::shared_ptr<const TerrainMap> terrain, int width = 800, int height = 600,
+                   bool atRest = true) {
     analysis_ = std::make_unique<LinkAnalysis>(plan_);
     map_ = std::make_unique<MapView>();
     map_->resize(width, height);
+    map_->setOptions(options_);
     map_->setPlan(&plan_, analysis_.get());
     map_->setTerrain(std::move(terrain));
     map_->fitPlan();
     map_->show();
     EXPECT_TRUE(QTest::qWaitForWindowActive(map_.get()));
-    settle();
+    if (atRest) settle();
     return *map_;
   }
   MapView& showBundled(int width = 800, int height = 600) {
     return showMap(TerrainMap::open(kBundledSource), width, height);
+  }
+  // What pointer and keys do needs no terrain, and then no waiting for it.
+  MapView& showBlank(int width = 800, int height = 600) { return showMap(nullptr, width, height, false); }
+  // Verdicts of all links over that terrain.
+  void compute(const std::shared_ptr<const TerrainMap>& terrain) {
+    analysis_->setTerrain(terrain);
+    analysis_->updateAll();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return analysis_->waiting() == 0; }, kPatienceMs));
+    map_->planChanged();
+    settle();
   }
   void settle() {
     EXPECT_TRUE(QTest::qWaitFor([this] { return map_->settled(); }, kPatienceMs))
@@ -125,8 +137,14 @@ class MapTest : public test::OffscreenTest<QApplication> {
   Plan plan_ = twoStations();
   std::unique_ptr<LinkAnalysis> analysis_;
   std::unique_ptr<MapView> map_;
+  MapOptions options_;  // before it is shown
 
  private:
+  static void useLocal(const std::string& path, int source) {
+    overrideSetting("Terrain", "Source9", path);
+    overrideSetting("Profile", "Prf_TRes", std::to_string(source));
+  }
+
   bool localSet_ = false;
 };
 

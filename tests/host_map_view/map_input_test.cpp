@@ -26,7 +26,7 @@ TEST_F(MapInput, APlanIsShownWholeAndTheStationsAreWithinTheMap) {
 }
 
 TEST_F(MapInput, AFitHoldsInAnotherSizeUntilTheMapIsMoved) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   const double level = map.frame().level();
   map.resize(400, 300);
   settle();
@@ -49,7 +49,7 @@ TEST_F(MapInput, AnEmptyPlanShowsTheWholeTerrain) {
 }
 
 TEST_F(MapInput, TheWheelZoomsAboutThePointerHalfALevelANotch) {
-  const MapView& map = showBundled();
+  const MapView& map = showBlank();
   const Position under = map.frame().positionOf({200, 150});
   const double level = map.frame().level();
   wheel({200, 150}, {0, 120});
@@ -58,14 +58,14 @@ TEST_F(MapInput, TheWheelZoomsAboutThePointerHalfALevelANotch) {
 }
 
 TEST_F(MapInput, AWheelOfHighResolutionZoomsByPartsOfANotch) {
-  const MapView& map = showBundled();
+  const MapView& map = showBlank();
   const double level = map.frame().level();
   for (int i = 0; i < 8; ++i) wheel({400, 300}, {0, -15});
   EXPECT_NEAR(map.frame().level(), level - 0.5, 1e-9);
 }
 
 TEST_F(MapInput, TwoFingersOnATouchpadPan) {
-  const MapView& map = showBundled();
+  const MapView& map = showBlank();
   const double level = map.frame().level();
   const QPoint before = pixelOf(StationId{1});
   wheel({400, 300}, {0, 45}, {12, 30}, {}, Qt::ScrollUpdate);
@@ -74,21 +74,21 @@ TEST_F(MapInput, TwoFingersOnATouchpadPan) {
 }
 
 TEST_F(MapInput, TwoFingersWithControlZoom) {
-  const MapView& map = showBundled();
+  const MapView& map = showBlank();
   const double level = map.frame().level();
   wheel({400, 300}, {0, 45}, {0, 40}, Qt::ControlModifier, Qt::ScrollUpdate);
   EXPECT_NEAR(map.frame().level(), level + 0.25, 1e-9);
 }
 
 TEST_F(MapInput, NotchesThatComeWithPixelsStillZoom) {
-  const MapView& map = showBundled();
+  const MapView& map = showBlank();
   const double level = map.frame().level();
   wheel({400, 300}, {0, 120}, {0, 120});
   EXPECT_NEAR(map.frame().level(), level + 0.5, 1e-9);
 }
 
 TEST_F(MapInput, APinchZoomsAboutTheFingers) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   const double level = map.frame().level();
   const Position under = map.frame().positionOf({300, 200});
   QNativeGestureEvent event(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(), 2, {300, 200},
@@ -99,7 +99,7 @@ TEST_F(MapInput, APinchZoomsAboutTheFingers) {
 }
 
 TEST_F(MapInput, ADragOnTheGroundMovesTheGround) {
-  const MapView& map = showBundled();
+  const MapView& map = showBlank();
   const Position held = map.frame().positionOf({700, 80});
   drag(kGround, {620, 170});
   const MapPoint now = map.frame().pixelOf(held);
@@ -108,7 +108,7 @@ TEST_F(MapInput, ADragOnTheGroundMovesTheGround) {
 }
 
 TEST_F(MapInput, TheMiddleButtonPansFromAStationToo) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.onMoveStation = [](StationId, Position) { ADD_FAILURE() << "the station was moved"; };
   const QPoint before = pixelOf(StationId{1});
   drag(before, before + QPoint(60, 40), Qt::MiddleButton);
@@ -116,7 +116,7 @@ TEST_F(MapInput, TheMiddleButtonPansFromAStationToo) {
 }
 
 TEST_F(MapInput, AClickChoosesAStationAndOneOnTheGroundNothing) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   std::vector<MapSelection> told;
   map.onSelectionChanged = [&told](const MapSelection& selection) { told.push_back(selection); };
   click(pixelOf(StationId{1}) + QPoint(3, 3));
@@ -129,14 +129,14 @@ TEST_F(MapInput, AClickChoosesAStationAndOneOnTheGroundNothing) {
 }
 
 TEST_F(MapInput, AClickOnALineChoosesTheLink) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   click((pixelOf(StationId{1}) + pixelOf(StationId{2})) / 2 + QPoint(2, 0));
   EXPECT_EQ(map.selection().links, std::vector<LinkId>{1});
   EXPECT_TRUE(map.selection().stations.empty());
 }
 
 TEST_F(MapInput, ShiftAndControlAddToTheSelectionAndTakeOutOfIt) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   click(pixelOf(StationId{1}));
   click(pixelOf(StationId{2}), Qt::ShiftModifier);
   EXPECT_EQ(map.selection().stations, (std::vector<StationId>{1, 2}));
@@ -145,7 +145,7 @@ TEST_F(MapInput, ShiftAndControlAddToTheSelectionAndTakeOutOfIt) {
 }
 
 TEST_F(MapInput, ShiftAndADragChooseByRectangle) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   const Position centre = map.frame().centre();
   drag({2, 2}, {400, 300}, Qt::LeftButton, Qt::ShiftModifier);
   EXPECT_EQ(map.selection().stations, std::vector<StationId>{1});  // the northern one is at the left
@@ -153,14 +153,14 @@ TEST_F(MapInput, ShiftAndADragChooseByRectangle) {
 }
 
 TEST_F(MapInput, SettingTheSelectionDoesNotCallBack) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.onSelectionChanged = [](const MapSelection&) { ADD_FAILURE(); };
   map.setSelection({{1}, {}});
   EXPECT_EQ(map.selection().stations, std::vector<StationId>{1});
 }
 
 TEST_F(MapInput, AStationIsMovedOnceAtTheEndOfItsDrag) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   int dragged = 0;
   std::optional<Position> to;
   map.onDragStation = [&dragged](StationId id, Position) { dragged += id == 1; };
@@ -180,7 +180,7 @@ TEST_F(MapInput, AStationIsMovedOnceAtTheEndOfItsDrag) {
 }
 
 TEST_F(MapInput, AHandThatTremblesWhileItClicksMovesNothing) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.onMoveStation = [](StationId, Position) { ADD_FAILURE(); };
   const QPoint at = pixelOf(StationId{1});
   drag(at, at + QPoint(2, 1));
@@ -188,7 +188,7 @@ TEST_F(MapInput, AHandThatTremblesWhileItClicksMovesNothing) {
 }
 
 TEST_F(MapInput, EscapeTakesADragBack) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   std::vector<Position> dragged;
   map.onDragStation = [&dragged](StationId, Position position) { dragged.push_back(position); };
   map.onMoveStation = [](StationId, Position) { ADD_FAILURE() << "moved all the same"; };
@@ -203,7 +203,7 @@ TEST_F(MapInput, EscapeTakesADragBack) {
 }
 
 TEST_F(MapInput, AStationThatGoesAwayWhileItIsDraggedEndsTheDrag) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.onMoveStation = [](StationId, Position) { ADD_FAILURE(); };
   map.setSelection({{1, 2}, {1}});
   const QPoint at = pixelOf(StationId{1});
@@ -219,7 +219,7 @@ TEST_F(MapInput, AStationThatGoesAwayWhileItIsDraggedEndsTheDrag) {
 }
 
 TEST_F(MapInput, ThePlaceToolGivesThePositionOfAClick) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.setTool(MapTool::kPlaceStation);
   std::vector<Position> placed;
   map.onPlaceStation = [&placed](Position position) { placed.push_back(position); };
@@ -231,7 +231,7 @@ TEST_F(MapInput, ThePlaceToolGivesThePositionOfAClick) {
 }
 
 TEST_F(MapInput, ADoubleClickWithThePlaceToolPlacesOneStation) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.setTool(MapTool::kPlaceStation);
   int placed = 0;
   map.onPlaceStation = [&placed](Position) { ++placed; };
@@ -255,7 +255,7 @@ TEST_F(MapInput, TheLinkToolLinksTheStationsOfTwoClicks) {
 }
 
 TEST_F(MapInput, TheLinkToolLinksAlongADragToo) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.setTool(MapTool::kLink);
   int linked = 0;
   map.onLinkStations = [&linked](StationId from, StationId to) { linked += from == 1 && to == 2; };
@@ -264,7 +264,7 @@ TEST_F(MapInput, TheLinkToolLinksAlongADragToo) {
 }
 
 TEST_F(MapInput, TheSameStationTwiceIsNoLink) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.setTool(MapTool::kLink);
   map.onLinkStations = [](StationId, StationId) { ADD_FAILURE(); };
   click(pixelOf(StationId{1}));
@@ -272,7 +272,7 @@ TEST_F(MapInput, TheSameStationTwiceIsNoLink) {
 }
 
 TEST_F(MapInput, EscapeEndsALinkThatIsBegunThenTheTool) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.setTool(MapTool::kLink);
   int done = 0;
   map.onToolDone = [&done] { ++done; };
@@ -284,7 +284,7 @@ TEST_F(MapInput, EscapeEndsALinkThatIsBegunThenTheTool) {
 }
 
 TEST_F(MapInput, ADoubleClickOpensAStationOrALinkAndZoomsIntoTheGround) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   std::vector<int> opened;
   map.onStationActivated = [&opened](StationId id) { opened.push_back(static_cast<int>(id)); };
   map.onLinkActivated = [&opened](LinkId id) { opened.push_back(-static_cast<int>(id)); };
@@ -299,7 +299,7 @@ TEST_F(MapInput, ADoubleClickOpensAStationOrALinkAndZoomsIntoTheGround) {
 }
 
 TEST_F(MapInput, ArrowsPanShiftPansATenthPlusAndMinusZoomHomeShowsThePlan) {
-  const MapView& map = showBundled();
+  const MapView& map = showBlank();
   const MapFrame whole = map.frame();
   const MapPoint before = map.frame().pixelOf(plan_.stations[1].position);
   key(Qt::Key_Left);
@@ -316,7 +316,7 @@ TEST_F(MapInput, ArrowsPanShiftPansATenthPlusAndMinusZoomHomeShowsThePlan) {
 }
 
 TEST_F(MapInput, SpaceAtTheCrossDoesWhatAClickThereDoes) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   map.setFocus();
   MapFrame frame = map.frame();
   frame.setCentre(plan_.stations[2].position);
@@ -332,7 +332,7 @@ TEST_F(MapInput, SpaceAtTheCrossDoesWhatAClickThereDoes) {
 }
 
 TEST_F(MapInput, EnterAtTheCrossOpensWhatIsThere) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   MapFrame frame = map.frame();
   frame.setCentre(plan_.stations[2].position);
   map.setFrame(frame);
@@ -343,7 +343,7 @@ TEST_F(MapInput, EnterAtTheCrossOpensWhatIsThere) {
 }
 
 TEST_F(MapInput, KeysThatTheMapDoesNotKnowGoOnToTheWindow) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   QKeyEvent unknown(QEvent::KeyPress, Qt::Key_F5, {});
   QCoreApplication::sendEvent(&map, &unknown);
   EXPECT_FALSE(unknown.isAccepted());
@@ -353,7 +353,7 @@ TEST_F(MapInput, KeysThatTheMapDoesNotKnowGoOnToTheWindow) {
 }
 
 TEST_F(MapInput, TheMenuIsAboutWhatIsUnderIt) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   std::optional<StationId> station;
   std::optional<LinkId> link;
   int menus = 0;
@@ -411,7 +411,7 @@ TEST_F(MapInput, OutsideTheTerrainThePointersHeightSaysSo) {
 }
 
 TEST_F(MapInput, WithoutAPointerThePlaceAtTheCrossIsTold) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   std::optional<Position> told;
   map.onPointer = [&told](const PointerPlace& place) { told = place.position; };
   map.setFocus(Qt::TabFocusReason);
@@ -425,7 +425,7 @@ TEST_F(MapInput, InNad27StationsAreDrawnShiftedAndPositionsAreGivenInTheStations
   ProfileControl control;
   control.let_StaDatum(0);
   plan_.datum = PlanDatum::kNad27;
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   const Position shifted = mapPosition(plan_.stations[1].position).position;
   EXPECT_NE(shifted, plan_.stations[1].position);
   MapFrame frame = map.frame();
@@ -443,7 +443,7 @@ TEST_F(MapInput, InNad27StationsAreDrawnShiftedAndPositionsAreGivenInTheStations
 }
 
 TEST_F(MapInput, AltAndAnArrowMovesTheOneChosenStationByAPixel) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   std::vector<Position> moved;
   map.onMoveStation = [&moved](StationId id, Position to) {
     EXPECT_EQ(id, 1U);
@@ -467,7 +467,7 @@ TEST_F(MapInput, AltAndAnArrowMovesTheOneChosenStationByAPixel) {
 }
 
 TEST_F(MapInput, TheEndOfADragIsToldHoweverItComes) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   int ended = 0;
   map.onDragStation = [](StationId, Position) {};
   map.onDragEnded = [&ended] { ++ended; };
@@ -495,7 +495,7 @@ TEST_F(MapInput, TheEndOfADragIsToldHoweverItComes) {
 }
 
 TEST_F(MapInput, ManyResultsArePaintedTogether) {
-  MapView& map = showBundled();
+  MapView& map = showBlank();
   struct Paints final : QObject {
     int count = 0;
     bool eventFilter(QObject*, QEvent* event) override {

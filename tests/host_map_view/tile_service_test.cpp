@@ -2,6 +2,8 @@
 #include "map_view/tile_service.h"
 
 #include <algorithm>
+#include <atomic>
+#include <filesystem>
 
 #include "map_fixture.h"
 
@@ -66,9 +68,9 @@ TEST_F(Tiles, TilesOfAnotherTerrainAreNeverShown) {
   tiles.find(kTile, true);
   ASSERT_TRUE(wait([&tiles] { return tiles.waiting() == 0; }));
   const test::TemporaryFolder folder;
-  const auto path = writeTile(folder, "N10E010.hgt", [](int, int) { return 100; });
+  const auto path = writeRaster(folder, [](int, int) { return 100; });
   tiles.find({11, 545, 802}, true);  // under way while the terrain changes
-  tiles.setTerrain(terrainOf({path.string()}));
+  tiles.setTerrain(terrainOf(path.string()));
   EXPECT_EQ(tiles.find(kTile, true), nullptr);
   ASSERT_TRUE(wait([&tiles] { return tiles.waiting() == 0; }));
   EXPECT_TRUE(tiles.contents({kTile}).outside);
@@ -107,7 +109,7 @@ TEST_F(Tiles, TheMemoryStaysWithinItsBoundAndTheLatestUsedStay) {
   constexpr std::size_t kBound = 4U << 20;
   TileService tiles(kBound);
   tiles.setTerrain(TerrainMap::open(kBundledSource));
-  for (std::int32_t column = 0; column < 30; ++column) {
+  for (std::int32_t column = 0; column < 14; ++column) {
     tiles.find({13, 2176 + column, 3208}, true);
     ASSERT_TRUE(wait([&tiles] { return tiles.waiting() == 0; }));
     tiles.find({13, 2176, 3208}, true);  // the first one is in use all the time
@@ -116,7 +118,7 @@ TEST_F(Tiles, TheMemoryStaysWithinItsBoundAndTheLatestUsedStay) {
   EXPECT_LE(tiles.bytes(), kBound);
   EXPECT_GT(tiles.bytes(), kBound / 2);
   EXPECT_NE(tiles.find({13, 2176, 3208}, false), nullptr);
-  EXPECT_NE(tiles.find({13, 2205, 3208}, false), nullptr);
+  EXPECT_NE(tiles.find({13, 2189, 3208}, false), nullptr);
   EXPECT_EQ(tiles.find({13, 2177, 3208}, false), nullptr);
 }
 
@@ -125,7 +127,7 @@ TEST_F(Tiles, ManyTilesComeInFewCalls) {
   int calls = 0;
   tiles.onTile = [&calls] { ++calls; };
   tiles.setTerrain(TerrainMap::open(kBundledSource));
-  constexpr int kTiles = 64;
+  constexpr int kTiles = 24;
   QElapsedTimer clock;
   clock.start();
   for (std::int32_t i = 0; i < kTiles; ++i) tiles.find({13, 2176 + i % 8, 3206 + i / 8}, true);
@@ -141,6 +143,44 @@ TEST_F(Tiles, AServiceGoesWhileItsTilesAreBeingMade) {
     for (std::int32_t column = 0; column < 20; ++column) tiles.find({12, 1080 + column, 1604}, true);
   }
   QCoreApplication::processEvents();
+}
+
+TEST_F(Tiles, AMapGoesWithoutLookingThroughItsFoldersToTheEnd) {
+  const test::TemporaryFolder folder;
+  const auto first = writeRaster(folder, [](int, int) { return 100; });
+  for (int i = 0; i < 400; ++i) {
+    std::filesystem::create_hard_link(first, folder / ("copy" + std::to_string(i) + ".asc"));
+  }
+  const std::shared_ptr<const TerrainMap> terrain = terrainOf(folder.path().string());
+  {
+    MapView map;
+    map.resize(400, 300);
+    map.setTerrain(terrain);
+    map.fit({10, 10, 11, 11});
+    map.grab();  // tiles are asked for, too
+  }
+  const std::atomic<bool> atOnce{true};
+  EXPECT_FALSE(terrain->prepare(&atOnce));
+}
+
+TEST_F(Tiles, APanWhileAFolderIsLookedThroughLosesNothingOfIt) {
+  const test::TemporaryFolder folder;
+  const auto first = writeRaster(folder, [](int, int) { return 100; });
+  for (int i = 0; i < 30; ++i) {
+    std::filesystem::create_hard_link(first, folder / ("copy" + std::to_string(i) + ".asc"));
+  }
+  TileService tiles;
+  tiles.setTerrain(terrainOf(folder.path().string()));
+  // Ever other tiles: each asking is given up by the next.
+  bool came = false;
+  tiles.onTile = [&came] { came = true; };
+  std::int32_t column = 0;
+  EXPECT_TRUE(wait([&] {
+    const TileId tile{12, ++column % 4096, 1604};
+    tiles.keepAsked({tile});
+    tiles.find(tile, true);
+    return came;
+  }));
 }
 
 }  // namespace

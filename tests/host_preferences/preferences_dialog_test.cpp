@@ -21,6 +21,9 @@
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
+#include <algorithm>
+#include <atomic>
+#include <cmath>
 #include <csignal>
 #include <filesystem>
 #include <functional>
@@ -33,12 +36,15 @@
 #include <vector>
 
 #include "preferences/preference_fields.h"
+#include "support/controls.h"
 #include "support/environment_variable.h"
 #include "support/offscreen.h"
 #include "support/temporary_folder.h"
+#include "zel/path_loss.h"
 #include "zel/profile_control.h"
 #include "zel/settings.h"
 #include "zel/terrain.h"
+#include "zel/terrain_map.h"
 
 namespace zel::host {
 namespace {
@@ -88,6 +94,7 @@ class PreferencesTest : public test::OffscreenTest<QApplication> {
     activate();
     return *dialog_;
   }
+  void destroy() { dialog_.reset(); }
   void activate() {
     dialog_->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(dialog_.get()));
@@ -96,9 +103,7 @@ class PreferencesTest : public test::OffscreenTest<QApplication> {
 
   template <typename Control>
   Control& control(const char* name) {
-    auto* found = dialog_->findChild<Control*>(QLatin1String(name));
-    if (found == nullptr) throw std::runtime_error(std::string("no control ") + name);
-    return *found;
+    return test::controlOf<Control>(*dialog_, name);
   }
   QLineEdit& box(const char* name) { return control<QLineEdit>(name); }
   QComboBox& list(const char* name) { return control<QComboBox>(name); }
@@ -318,7 +323,7 @@ TEST_F(PreferencesTest, ANumberThatTheModelIsNotMeantForIsToldAndStored) {
 TEST_F(PreferencesTest, WholeNumbersTakeNoFraction) {
   open();
   type("Terrain_CacheMB", "64.5");
-  EXPECT_EQ(label("Terrain_CacheMB_hint"), "This takes a whole number from 8 to 65536 MiB.");
+  EXPECT_EQ(label("Terrain_CacheMB_hint"), "This takes a whole number from 8 to 65,536 MiB.");
   type("Terrain_CacheMB", "64");
   click("cmdApply");
   EXPECT_EQ(inStore("Terrain", "CacheMB"), "64");
@@ -663,6 +668,25 @@ TEST_F(PreferencesTerrainTest, CoverageOfTheChosenSourceIsDrawnAndSaid) {
             map.palette().color(QPalette::Base));
 }
 
+TEST_F(PreferencesTerrainTest, CoverageAcrossTheDateLineAndAroundTheWorldIsSaidAndDrawn) {
+  const auto show = [&](const char* west, const char* cell, int columns) {
+    std::string text = "ncols " + std::to_string(columns) + "\nnrows 2\nxllcorner " + west +
+                       "\nyllcorner 10\ncellsize " + cell + "\n";
+    for (int i = 0; i < 2 * columns; ++i) text += "5 ";
+    test::writeBytes(folder_ / "raster.asc", text + "\n");
+    setTerrainSource(3, {(folder_ / "raster.asc").string()});
+    open();
+    ASSERT_TRUE(waitForCoverage("1 raster"));
+    auto& map = control<QWidget>("mapCoverage");
+    EXPECT_NE(map.grab().toImage().pixelColor(map.width() / 2 + 3, map.height() / 2 + 3),
+              map.palette().color(QPalette::Base));
+  };
+  show("179.5", "0.25", 4);
+  EXPECT_EQ(coverage(), "1 raster, 10.00 N to 10.50 N, 179.50 E to 179.50 W.");
+  show("-180", "5", 72);
+  EXPECT_EQ(coverage(), "1 raster, 10.00 N to 20.00 N, 180.00 W to 180.00 E.");
+}
+
 TEST_F(PreferencesTerrainTest, RastersThatCannotBeUsedAreListedWithWhy) {
   raster("good.tif");
   test::writeBytes(folder_ / "bad.tif", "no picture");
@@ -697,7 +721,7 @@ TEST_F(PreferencesTerrainTest, CoverageIsThatOfTheStoredListUntilApply) {
 }
 
 TEST_F(PreferencesTerrainTest, ClosingWhileItLooksIsHarmless) {
-  for (int i = 0; i < 20; ++i) {
+  for (int i = 0; i < 5; ++i) {
     raster("one.tif");
     setTerrainSource(3, {folder_.path().string()});
     open();
@@ -705,6 +729,54 @@ TEST_F(PreferencesTerrainTest, ClosingWhileItLooksIsHarmless) {
     open();
     std::filesystem::remove(folder_ / "one.tif");
   }
+}
+
+TEST_F(PreferencesTerrainTest, ClosingGivesALookThroughAFolderUp) {
+  const std::string one = raster("one.tif");
+  for (int i = 0; i < 300; ++i)
+    std::filesystem::create_hard_link(one, folder_ / ("copy" + std::to_string(i) + ".tif"));
+  setTerrainSource(3, {folder_.path().string()});
+  open();
+  destroy();
+  const std::atomic<bool> atOnce{true};
+  EXPECT_FALSE(TerrainMap::open(3)->prepare(&atOnce));
+}
+
+// ---- The settings are those that the model reads ----
+
+TEST_F(PreferencesTest, TheModeledLossFollowsEveryParameter) {
+  PathLossRequest request;
+  request.from = {36.40, -84.35};
+  request.to = {36.22, -84.12};
+  request.frequencyMhz = 40;  // where the ground counts
+  const PathLoss before = computePathLoss(request);
+  ASSERT_EQ(before.status, 0) << before.error;
+  std::set<double> losses{before.modeledDb.value()};
+  const auto loss = [&](const std::function<void()>& change) {
+    open(PreferencesPage::kModel);
+    change();
+    click("cmdOK");
+    const PathLoss after = computePathLoss(request);
+    EXPECT_TRUE(losses.insert(after.modeledDb.value()).second) << "the loss is one of before";
+    return after.model;
+  };
+  const auto choose = [&](const char* name, const char* code) {
+    list(name).setCurrentIndex(list(name).findData(QLatin1String(code)));
+  };
+  EXPECT_EQ(before.model.polarization, Polarization::kHorizontal);
+  EXPECT_EQ(loss([&] { choose("ITM_iHor", "1"); }).polarization, Polarization::kVertical);
+  EXPECT_EQ(loss([&] { choose("ITM_iRadioClimate", "1"); }).climate, 1);
+  EXPECT_EQ(loss([&] { type("ITM_dSurfRef", "360"); }).surfaceRefractivity, 360);
+  EXPECT_EQ(loss([&] { type("ITM_dDielectric", "40"); }).permittivity, 40);
+  EXPECT_EQ(loss([&] { type("ITM_dCond", "0.5"); }).conductivity, 0.5);
+  EXPECT_EQ(loss([&] { type("ITM_dConfidence", "90"); }).confidence, 0.9);
+  EXPECT_EQ(loss([&] { type("ITM_dReliability", "95"); }).reliability, 0.95);
+  open(PreferencesPage::kModel);
+  for (const PreferenceField& field : preferenceFields()) {
+    if (field.page == PreferencesPage::kModel) click((objectNameOf(field) + "_default").c_str());
+  }
+  click("cmdOK");
+  EXPECT_EQ(computePathLoss(request).modeledDb, before.modeledDb);
 }
 
 // ---- Stores that fail ----
@@ -911,16 +983,87 @@ TEST_F(PreferencesTest, NothingIsClippedInAnySizeOrFont) {
       }
 }
 
-TEST_F(PreferencesTest, TheCoverageMapTakesTheColoursOfADarkPalette) {
-  const QPalette before = QApplication::palette();
-  QPalette dark = before;
-  dark.setColor(QPalette::Base, QColor(20, 20, 20));
-  dark.setColor(QPalette::Text, Qt::white);
-  QApplication::setPalette(dark);
+QPalette darkPalette() {
+  const QColor window(49, 54, 59), base(27, 30, 32), text(239, 240, 241), disabled(120, 124, 128);
+  QPalette dark(text, QColor(60, 65, 70), QColor(90, 95, 100), QColor(20, 22, 24), QColor(40, 44, 48), text,
+                base);
+  dark.setColor(QPalette::Window, window);
+  dark.setColor(QPalette::Button, window);
+  dark.setColor(QPalette::Highlight, QColor(29, 99, 140));
+  dark.setColor(QPalette::HighlightedText, Qt::white);
+  for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    dark.setColor(QPalette::Disabled, role, disabled);
+  }
+  return dark;
+}
+
+class Palette {
+ public:
+  explicit Palette(const QPalette& palette) : before_(QApplication::palette()) {
+    QApplication::setPalette(palette);
+  }
+  Palette(const Palette&) = delete;
+  Palette& operator=(const Palette&) = delete;
+  ~Palette() { QApplication::setPalette(before_); }
+
+ private:
+  QPalette before_;
+};
+
+double luminance(QRgb colour) {
+  const auto part = [](int byte) {
+    const double value = byte / 255.0;
+    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * part(qRed(colour)) + 0.7152 * part(qGreen(colour)) + 0.0722 * part(qBlue(colour));
+}
+
+// Between what most of the picture is and what differs most from that.
+double contrastIn(const QImage& picture) {
+  std::map<QRgb, int> pixels;
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x) ++pixels[picture.pixel(x, y)];
+  const auto most = std::max_element(pixels.begin(), pixels.end(),
+                                     [](const auto& a, const auto& b) { return a.second < b.second; });
+  const double ground = luminance(most->first) + 0.05;
+  double contrast = 1;
+  for (const auto& [colour, count] : pixels) {
+    const double other = luminance(colour) + 0.05;
+    contrast = std::max(contrast, std::max(other, ground) / std::min(other, ground));
+  }
+  return contrast;
+}
+
+// The ratio is that of WCAG 2.1, 1.4.3; what is disabled is excepted there, too.
+TEST_F(PreferencesTest, OnADarkDesktopOfTwiceThePixelsEveryTextIsReadable) {
+  const Palette dark(darkPalette());
   open();
   ASSERT_TRUE(waitForCoverage("1 raster"));
-  EXPECT_EQ(control<QWidget>("mapCoverage").grab().toImage().pixelColor(3, 3), QColor(20, 20, 20));
-  QApplication::setPalette(before);
+  EXPECT_EQ(control<QWidget>("mapCoverage").grab().toImage().pixelColor(3, 3), QColor(27, 30, 32));
+  for (const PreferencesPage page : kAllPages) {
+    dialog().showPage(page);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clipped(dialog()), "") << "page " << static_cast<int>(page);
+    QImage picture(dialog().size() * 2, QImage::Format_RGB32);
+    picture.setDevicePixelRatio(2);
+    dialog().render(&picture);
+    int texts = 0;
+    for (const QWidget* widget : dialog().findChildren<QWidget*>()) {
+      const auto* text = qobject_cast<const QLabel*>(widget);
+      const bool shows = text != nullptr ? !text->text().isEmpty()
+                                         : qobject_cast<const QPushButton*>(widget) != nullptr ||
+                                               qobject_cast<const QComboBox*>(widget) != nullptr;
+      if (!shows || !widget->isVisible() || !widget->isEnabled()) continue;
+      const QRect place(widget->mapTo(&dialog(), QPoint(3, 3)), widget->size() - QSize(6, 6));
+      const QRect seen = place.intersected(dialog().rect());
+      // Below the fold of a page that is scrolled.
+      if (widget->visibleRegion().boundingRect().size() != widget->size()) continue;
+      ++texts;
+      const double contrast = contrastIn(picture.copy(QRect(seen.topLeft() * 2, seen.size() * 2)));
+      EXPECT_GT(contrast, 4.5) << widget->objectName().toStdString();
+    }
+    EXPECT_GT(texts, 5) << "page " << static_cast<int>(page);
+  }
 }
 
 // ---- For this run only: last, because the rest of the process keeps it ----
