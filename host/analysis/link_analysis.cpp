@@ -1,5 +1,6 @@
 #include "analysis/link_analysis.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 #include <algorithm>
@@ -19,6 +20,7 @@ namespace {
 // So many paths are read ahead of the computation: enough to keep the thread busy, few enough that a link
 // that is suddenly wanted first does not wait for them.
 constexpr std::size_t kReadAhead = 4;
+constexpr int kStepsMs = 8;  // half of what a screen takes for a picture
 
 double storedNumber(const char* section, const char* key, double otherwise, double lowest, double highest) {
   const auto text = storedSetting(section, key);
@@ -39,16 +41,17 @@ struct LinkAnalysis::Self {
   struct Turn {
     LinkId link = 0;
     std::uint64_t ticket = 0;
+    std::optional<Position> outside;  // WGS 84, as LinkResult::outside
   };
 
   explicit Self(const Plan& thePlan)
-      : plan(thePlan), warmer([this](std::uint64_t ticket) {
+      : plan(thePlan), warmer([this](std::uint64_t ticket, std::optional<Position> outside) {
           QMetaObject::invokeMethod(
-              &timer, [this, ticket] { read(ticket); }, Qt::QueuedConnection);
+              &timer, [this, ticket, outside] { read(ticket, outside); }, Qt::QueuedConnection);
         }) {
     timer.setSingleShot(true);
     timer.setInterval(0);
-    QObject::connect(&timer, &QTimer::timeout, &timer, [this] { step(); });
+    QObject::connect(&timer, &QTimer::timeout, &timer, [this] { stepForAWhile(); });
   }
 
   const Plan& plan;
@@ -73,7 +76,7 @@ struct LinkAnalysis::Self {
   void want(LinkId link) {
     const std::uint64_t ticket = ++lastTicket;
     waiting[link] = ticket;
-    wanted.push_back({link, ticket});
+    wanted.push_back({link, ticket, std::nullopt});
     results[link].done = false;
   }
 
@@ -123,26 +126,34 @@ struct LinkAnalysis::Self {
   }
 
   // The thread has read a path.
-  void read(std::uint64_t ticket) {
+  void read(std::uint64_t ticket, std::optional<Position> outside) {
     const auto found = std::find_if(reading.begin(), reading.end(),
                                     [ticket](const Turn& turn) { return turn.ticket == ticket; });
     if (found == reading.end()) return;
+    found->outside = outside;
     ready.push_back(*found);
     reading.erase(found);
     goOn();
   }
 
-  // One step of some milliseconds; the events that have come meanwhile are handled before the next.
-  void step() {
-    if (paused) return;
+  // Steps of a millisecond or two for a few milliseconds; the events that have come meanwhile are handled
+  // before the next.
+  void stepForAWhile() {
+    QElapsedTimer clock;
+    clock.start();
+    while (!paused && step())
+      if (clock.elapsed() >= kStepsMs) {
+        goOn();
+        return;
+      }
+  }
+
+  // False when nothing is to be done, or ready: read() comes back to it.
+  bool step() {
     if (computation && !current(underWay)) computation.reset();
-    if (!computation && !begin()) return;
-    if (computation->step()) {
-      goOn();
-      return;
-    }
-    finish();
-    goOn();
+    if (!computation && !begin()) return false;
+    if (!computation->step()) finish();
+    return true;
   }
 
   // False when nothing is ready: read() comes back to it.
@@ -166,7 +177,9 @@ struct LinkAnalysis::Self {
 
   void finish() {
     const LinkId link = underWay.link;
-    results[link] = computation->take();
+    LinkResult& result = results[link];
+    result = computation->take();
+    if (result.noTerrain && underWay.outside) result.outside = stationPosition(*underWay.outside).position;
     computation.reset();
     waiting.erase(link);
     if (owner->onResult) owner->onResult(link);
@@ -183,6 +196,10 @@ LinkAnalysis::~LinkAnalysis() = default;
 
 void LinkAnalysis::setTerrain(std::shared_ptr<const TerrainMap> terrain) {
   self_->terrain = std::move(terrain);
+  self_->warmer.forget();
+  self_->wanted.insert(self_->wanted.begin(), self_->reading.begin(), self_->reading.end());
+  self_->reading.clear();
+  self_->goOn();
 }
 
 void LinkAnalysis::update(const std::vector<LinkId>& links) {
@@ -230,6 +247,11 @@ void LinkAnalysis::first(LinkId link) {
 void LinkAnalysis::pause(bool paused) {
   self_->paused = paused;
   self_->goOn();
+}
+
+void LinkAnalysis::end() {
+  self_->paused = true;
+  self_->warmer.end();
 }
 
 const LinkResult* LinkAnalysis::find(LinkId link) const {

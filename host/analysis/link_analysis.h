@@ -35,9 +35,13 @@ struct LinkStretch {
 
 struct LinkResult {
   bool done = false;  // false: waiting or under way, and what follows is of the time before
-  // Why there are no figures: the ground cannot be used (no data, impossible heights), with the place; empty
-  // when there are.
+  // Why there are no figures: the ground cannot be used (no terrain, impossible heights), with the place;
+  // empty when there are.
   std::string error;
+  bool noTerrain = false;           // the error is that no raster covers all of the way
+  std::optional<Position> outside;  // the first such place, in the plan's datum, where it is known
+  // Why the profile window cannot show the link although there may be figures; empty when it can.
+  std::string profileProblem;
   double distanceKm = 0, bearingDeg = 0;
   double freeSpaceDb = 0;
   std::optional<double> modeledDb;
@@ -55,6 +59,7 @@ class LinkAnalysis {
   explicit LinkAnalysis(const Plan& plan);
   ~LinkAnalysis();
 
+  // What waits is read anew from the new one.
   void setTerrain(std::shared_ptr<const TerrainMap> terrain);
   // These have to be computed (anew); links that are gone are forgotten. The result of before stays to be
   // seen until then.
@@ -65,6 +70,8 @@ class LinkAnalysis {
   // Before all others, as the one that is selected.
   void first(LinkId link);
   void pause(bool paused);
+  // Nothing more is read or computed. Does not wait: the threads of others may be kept waiting by this one's.
+  void end();
 
   const LinkResult* find(LinkId link) const;
   std::size_t waiting() const;

@@ -97,7 +97,9 @@ void LinkComputation::profile() {
   request.frequencyMhz = frequencyMhz_;
   const PathProfile profile = computePathProfile(request);
   if (profile.status != 0) {
+    constexpr int kNoSource = 1, kOutside = 2;
     fail(profile.error);
+    result_.noTerrain = profile.status == kNoSource || profile.status == kOutside;
     layOut();
     return;
   }
@@ -139,9 +141,21 @@ void LinkComputation::loss() {
 
 // The plot reaches a little past both ends, where the ground may be such that the window refuses it.
 void LinkComputation::plot() {
-  const PlotImage checked = checkPlotPath(requestOf<PlotImageRequest>(from_, to_));
-  if (checked.status != 0) addNotes(result_.notes, {"the profile cannot be shown: " + checked.error});
+  result_.profileProblem = antennaProblem(from_, to_);
+  if (result_.profileProblem.empty())
+    result_.profileProblem = checkPlotPath(requestOf<PlotImageRequest>(from_, to_)).error;
+  if (!result_.profileProblem.empty())
+    addNotes(result_.notes, {"the profile cannot be shown: " + result_.profileProblem});
   result_.done = true;
+}
+
+std::string antennaProblem(const Station& from, const Station& to) {
+  constexpr double kHalf = 0.5;  // metres; rounded to even, which is 0
+  for (const Station* each : {&from, &to})
+    if (each->antennaM <= kHalf)
+      return "the antenna of " + each->name +
+             " stands on the ground (whole metres are used); give it a height of 1 m at least";
+  return {};
 }
 
 LinkResult analyseLink(const Plan& plan, const Link& link) {

@@ -2,9 +2,15 @@
 // On the component's thread.
 #pragma once
 
+#include <string>
+
 #include "analysis/link_analysis.h"
 
 namespace zel::host {
+
+// Why the component, which uses whole metres, cannot show the profile between these antennas: from one on the
+// ground the model may find no horizon, and the profile window would stop at that. Empty when it can.
+std::string antennaProblem(const Station& from, const Station& to);
 
 class LinkComputation {
  public:

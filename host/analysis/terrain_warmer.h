@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "zel/coordinates.h"
 #include "zel/terrain_map.h"
@@ -20,11 +21,18 @@ struct WarmPath {
 
 class TerrainWarmer {
  public:
-  // `done` is called in the thread.
-  explicit TerrainWarmer(std::function<void(std::uint64_t ticket)> done);
-  ~TerrainWarmer();  // waits for the path that is being read; those that wait are forgotten
+  // `done` is called in the thread: with the first position (WGS 84) along the path that no raster covers.
+  using Done = std::function<void(std::uint64_t ticket, std::optional<Position> outside)>;
+  explicit TerrainWarmer(Done done);
+  // Waits for the raster that is being looked at or read; paths that wait are forgotten.
+  ~TerrainWarmer();
 
   void read(const std::shared_ptr<const TerrainMap>& terrain, const WarmPath& path);
+  // None of what was asked for is done any more. A folder that is being looked through is left at the next
+  // file.
+  void forget();
+  // The same for good, without waiting: others may wait for that folder, too.
+  void end();
 
  private:
   struct Self;

@@ -24,7 +24,8 @@ int runDesktop(ProfileControl& component, const std::string& file) {
 
   MainWindowServices services;
   services.datum = component.get_StaDatum() == 0 ? PlanDatum::kNad27 : PlanDatum::kNad83;
-  services.recoveryFolder = stateFolder() + "/recovery";
+  if (const std::string folder = stateFolder(); !folder.empty())
+    services.recoveryFolder = folder + "/recovery";
   services.guide = guideFile();
   int exitCode = 0;
   {

@@ -35,8 +35,9 @@ DroppedKind droppedKind(const std::string& path) {
   const bool json = start.find_first_not_of(" \t\r\n") != std::string::npos &&
                     start[start.find_first_not_of(" \t\r\n")] == '{';
   if (json && start.find("terrain-profiler plan") != std::string::npos) return DroppedKind::kPlan;
-  constexpr std::array<std::string_view, 8> kLists{".csv",     ".tsv", ".txt", ".kml",
-                                                   ".geojson", ".kmz", ".gpx", ".json"};
+  constexpr std::array<std::string_view, 12> kLists{".csv",      ".tsv",      ".txt",     ".kml",
+                                                    ".kmz",      ".gpx",      ".geojson", ".json",
+                                                    ".geojsonl", ".geojsons", ".ndjson",  ".jsonl"};
   if (std::find(kLists.begin(), kLists.end(), extension) != kLists.end()) return DroppedKind::kStations;
   return DroppedKind::kTerrain;
 }

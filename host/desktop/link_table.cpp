@@ -2,7 +2,9 @@
 
 #include <QColor>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QPalette>
+#include <QPixmap>
 #include <limits>
 
 #include "desktop/link_text.h"
@@ -26,6 +28,16 @@ QColor verdictColour(const LinkResult& result) {
   return {0x80, 0x80, 0x80};
 }
 
+// In a chosen row, too, where the toolkit would mix in the highlight's colour.
+QIcon colourSample(const QColor& colour) {
+  constexpr int kSide = 16;
+  QPixmap square(kSide, kSide);
+  square.fill(colour);
+  QIcon icon;
+  for (const auto mode : {QIcon::Normal, QIcon::Active, QIcon::Selected}) icon.addPixmap(square, mode);
+  return icon;
+}
+
 bool hasFigures(const LinkResult* result) {
   return result != nullptr && result->error.empty() && !result->terrain.empty();
 }
@@ -34,7 +46,7 @@ bool hasPath(const LinkResult* result) { return result != nullptr && result->dis
 
 QString rowTip(const LinkResult* result) {
   if (result == nullptr || !result->done) return QStringLiteral("This link is being computed");
-  return plainTip(result->error.empty() ? linkOrigin(*result) : QString::fromStdString(result->error));
+  return plainTip(linkTip(*result));
 }
 
 }  // namespace
@@ -111,9 +123,12 @@ QVariant LinkModel::data(const QModelIndex& index, int role) const {
     case Qt::EditRole:
       return textOf(link, result, index.column());
     case Qt::ToolTipRole:
+      // Names may be longer than their columns.
+      if (index.column() <= kTo) return plainTip(textOf(link, result, index.column()));
       return rowTip(result);
     case Qt::DecorationRole:
-      if (index.column() == kVerdict && hasFigures(result) && result->done) return verdictColour(*result);
+      if (index.column() == kVerdict && hasFigures(result) && result->done)
+        return colourSample(verdictColour(*result));
       return {};
     case Qt::ForegroundRole:
       // Figures of the time before a change are pale until they are computed anew.

@@ -1,14 +1,13 @@
 #include "desktop/main_window.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMimeData>
 #include <QScreen>
 #include <QStatusBar>
@@ -16,14 +15,12 @@
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
-#include <exception>
 #include <utility>
 
+#include "analysis/link_computation.h"
 #include "desktop/link_text.h"
 #include "desktop/main_window_self.h"
-#include "desktop/sample_notice.h"
-#include "zel/geodesic.h"
+#include "desktop/notice_line.h"
 #include "zel/profile_control.h"
 
 namespace zel::host {
@@ -34,7 +31,7 @@ constexpr QSize kSmallestSize(800, 600);
 constexpr QSize kWindowFrame(20, 50);  // of the desktop, around the window: title bar and borders
 constexpr int kUsualTables = 230;      // pixels, high
 constexpr int kSummaryDelayMs = 50;
-constexpr int kTellMs = 15'000;
+constexpr int kViewRestMs = 200;
 constexpr int kDragRestMs = 300;  // without a move of the pointer, after which computing goes on
 
 QLabel* statusLabel(QMainWindow& window, const char* name, const QString& tip, int stretch = 0) {
@@ -67,10 +64,7 @@ MainWindow::Self::Self(MainWindow& theWindow, ProfileControl& theComponent, Main
       recovery(services.recoveryFolder),
       profile(component, document, &window) {}
 
-MainWindow::Self::~Self() {
-  import.reset();
-  keepTimer.stop();
-}
+MainWindow::Self::~Self() { import.reset(); }
 
 void MainWindow::Self::buildWidgets() {
   window.setObjectName(QStringLiteral("mainWindow"));
@@ -85,8 +79,11 @@ void MainWindow::Self::buildWidgets() {
   auto* layout = new QVBoxLayout(middle);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  notice = new SampleNotice(middle);
+  notice = makeSampleNotice([this] { confirm([this] { showPreferences(); }); },
+                            [this] { openGuide(QStringLiteral("free-data.html")); }, middle);
   notice->hide();
+  emptyView = makeEmptyViewNotice([this] { map->fitTerrain(); }, middle);
+  emptyView->hide();
   summary = new QLabel(middle);
   summary->setObjectName(QStringLiteral("linkSummary"));
   summary->setAccessibleName(QStringLiteral("Chosen link"));
@@ -99,6 +96,7 @@ void MainWindow::Self::buildWidgets() {
   map->setObjectName(QStringLiteral("map"));
   map->setAccessibleName(QStringLiteral("Map"));
   layout->addWidget(notice);
+  layout->addWidget(emptyView);
   layout->addWidget(summary);
   layout->addWidget(map, 1);
   window.setCentralWidget(middle);
@@ -138,14 +136,21 @@ void MainWindow::Self::connectMap() {
     analysis.pause(false);
     confirm([&] { document.apply(moveStation(document.plan(), id, to)); });
   };
-  map->onDragStation = [this](StationId, Position place) {
+  map->onDragStation = [this](StationId id, Position place) {
     analysis.pause(true);
     dragTimer.start();  // a drag that is given up ends without a word
     showPointer({place, std::nullopt});
+    dragged = {id, place};
+    confirm([this] { showSummary(); });
   };
   map->onDragEnded = [this] {
     dragTimer.stop();
     analysis.pause(false);
+    dragged.reset();
+    confirm([this] { showSummary(); });
+  };
+  map->onFrameChanged = [this] {
+    if (!emptyView->isHidden()) showWhetherTerrainIsInView();
   };
   map->onStationActivated = [this](StationId id) { confirm([&] { editStation(id); }); };
   map->onLinkActivated = [this](LinkId id) { confirm([&] { window.showProfile(id); }); };
@@ -208,12 +213,26 @@ void MainWindow::Self::connectDocument() {
   };
   analysis.onProgress = [this] { showWork(); };
   profile.onShowing = [this] { keepNow(); };  // the component ends the process over what it refuses to carry
+  profile.mayShow = [this] { return watch.known(); };
+  watch.onKnown = [this](const std::vector<TerrainCoverage>& found,
+                         const std::vector<std::string>& problems) {
+    rasters = found;
+    confirm([&] { terrainKnown(problems); });
+  };
+  watch.onHeight = [this](const Position& place, float heightM) {
+    ground = {place, heightM};
+    confirm([this] { showSummary(); });
+  };
+  watch.onOutdated = [this] { confirm([this] { settingsChanged(true); }); };
   profile.onProblem = [this](const std::string& problem) {
     tell(QStringLiteral("The profile was closed: ") + QString::fromStdString(problem));
   };
   dragTimer.setSingleShot(true);
   dragTimer.setInterval(kDragRestMs);
   connect(&dragTimer, &QTimer::timeout, &window, [this] { analysis.pause(false); });
+  viewTimer.setSingleShot(true);
+  viewTimer.setInterval(kViewRestMs);
+  connect(&viewTimer, &QTimer::timeout, &window, [this] { showWhetherTerrainIsInView(); });
   summaryTimer.setSingleShot(true);
   summaryTimer.setInterval(kSummaryDelayMs);
   connect(&summaryTimer, &QTimer::timeout, &window, [this] { confirm([this] { showSummary(); }); });
@@ -307,92 +326,6 @@ void MainWindow::Self::fitColumnsOnce() {
   linkPanel->fitColumns();
 }
 
-// ---- What is said ----
-
-void MainWindow::Self::showSummary() {
-  const Plan& plan = document.plan();
-  if (!selection.links.empty()) {
-    const auto link = plan.links.find(selection.links.front());
-    if (link == plan.links.end()) return;
-    const LinkResult* result = analysis.find(link->first);
-    summary->setText(linkSummary(plan, link->second, result, units));
-    const bool figures = result != nullptr && result->done && result->error.empty();
-    summary->setToolTip(figures ? plainTip(linkOrigin(*result)) : QString());
-    return;
-  }
-  summary->setToolTip(QString());
-  if (selection.stations.size() == 1) {
-    const auto station = plan.stations.find(selection.stations.front());
-    if (station != plan.stations.end())
-      summary->setText(QString::fromStdString(station->second.name) + QStringLiteral(": ") +
-                       shownPosition(station->second.position, units) + QStringLiteral(", antenna ") +
-                       heightText(station->second.antennaM, units, -2));
-    return;
-  }
-  if (plan.stations.empty()) {
-    summary->setText(
-        QStringLiteral("Place stations with Station, Place on Map; type or import them; then "
-                       "link two of them"));
-  } else if (plan.links.empty()) {
-    summary->setText(
-        QStringLiteral("%1 stations, no links; choose two stations and link them with Link, Link "
-                       "Chosen Stations (Ctrl+L)")
-            .arg(plan.stations.size()));
-  } else {
-    summary->setText(QStringLiteral("%1 stations, %2 links; choose a link to see its loss and clearance")
-                         .arg(plan.stations.size())
-                         .arg(plan.links.size()));
-  }
-}
-
-void MainWindow::Self::showPointer(const PointerPlace& place) {
-  QString text = shownPosition(place.position, units);
-  if (place.heightM) {
-    if (*place.heightM == kTerrainOutside) {
-      text += QStringLiteral("  no terrain");
-    } else if (*place.heightM == kTerrainVoid) {
-      text += QStringLiteral("  no height");
-    } else {
-      text += QStringLiteral("  ") + heightText(static_cast<double>(*place.heightM), units);
-    }
-  }
-  pointerLabel->setText(text);
-}
-
-void MainWindow::Self::showWork() {
-  QStringList parts;
-  if (tilesWaiting > 0) parts += QStringLiteral("reading terrain");
-  if (analysis.waiting() > 0) parts += QStringLiteral("computing %1 links").arg(analysis.waiting());
-  const QString text = parts.join(QStringLiteral(", "));
-  if (text != workLabel->text()) workLabel->setText(text);
-}
-
-void MainWindow::Self::showFileState() {
-  const QString path = QString::fromStdString(document.path());
-  window.setWindowFilePath(path);
-  QString name = path.isEmpty() ? QStringLiteral("Untitled") : QFileInfo(path).fileName();
-  name.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));  // as the toolkit wants what is no mark
-  window.setWindowTitle(name + QStringLiteral("[*] - Terrain Profiler"));
-  window.setWindowModified(document.modified());
-  if (!document.modified()) {
-    keepTimer.stop();
-    recovery.discard();
-  }
-  updateActions();
-}
-
-void MainWindow::Self::tell(const QString& text) { window.statusBar()->showMessage(text, kTellMs); }
-
-bool MainWindow::Self::confirm(const std::function<void()>& action) {
-  try {
-    action();
-    return true;
-  } catch (const std::exception& error) {
-    tell(QString::fromStdString(error.what()));
-    return false;
-  }
-}
-
 // ---- The window ----
 
 MainWindow::MainWindow(ProfileControl& component, MainWindowServices services)
@@ -412,10 +345,18 @@ MainWindow::MainWindow(ProfileControl& component, MainWindowServices services)
   self.stationPanel->fitColumns();  // to their headings
   self.linkPanel->fitColumns();
   self.restorePlace();
+  self.drawCrosses();
 }
 
 MainWindow::~MainWindow() {
+  // However the program ends: only its user throws work away.
+  self_->keepTimer.stop();
+  if (!self_->discarded) self_->keepNow();
+  // Before anything waits for its thread: all of them may be kept waiting by one that looks through a folder.
+  self_->watch.end();
+  self_->analysis.end();
   // The callbacks of the map and the tables lead into what is going.
+  self_->map->onFrameChanged = {};
   self_->map->onLoading = {};
   self_->map->onPointer = {};
   self_->map->onPointerLeft = {};
@@ -430,11 +371,20 @@ PlanDocument& MainWindow::document() { return self_->document; }
 MapView& MainWindow::map() { return *self_->map; }
 LinkAnalysis& MainWindow::analysis() { return self_->analysis; }
 
+bool MainWindow::terrainKnown() const { return self_->watch.known(); }
+
 bool MainWindow::showProfile(LinkId link) {
+  constexpr int kMomentMs = 150;  // nobody notices
   Self& self = *self_;
   MapSelection chosen;
   chosen.links = {link};
   self.select(chosen);
+  self.profileWanted.reset();
+  if (!self.watch.waitUntilKnown(kMomentMs)) {
+    self.profileWanted = link;
+    self.tell(QStringLiteral("The terrain is still being looked through; the profile comes after that"));
+    return false;
+  }
   const std::string problem = self.profile.show(link);
   if (problem.empty()) return true;
   self.refuseProfile(link, QString::fromStdString(problem));
@@ -444,17 +394,39 @@ bool MainWindow::showProfile(LinkId link) {
 // The profile window has a settings dialog of its own.
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::ActivationChange && isActiveWindow() && self_ && self_->linkModel != nullptr)
+  if (!self_ || self_->linkModel == nullptr) return;
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
     self_->settingsChanged(false);
+    self_->watch.askOutdated();
+  }
+  // The component's windows may end the process, over ground that they refuse to carry.
+  if (event->type() == QEvent::ActivationChange && !isActiveWindow() && self_->keepTimer.isActive())
+    self_->keepNow();
+  if (event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange) self_->drawCrosses();
+}
+
+// Those of the toolkit are dark on dark ground, too.
+void MainWindow::Self::drawCrosses() {
+  if (auto* cross = dock->findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_closebutton")))
+    cross->setIcon(crossIcon(QPalette::WindowText));
 }
 
 void MainWindow::Self::refuseProfile(LinkId link, const QString& problem) {
   tell(QStringLiteral("The profile cannot be shown: ") + problem);
-  QString text = QStringLiteral("The profile cannot be shown.\n") + problem;
+  const Plan& plan = document.plan();
   const LinkResult* result = analysis.find(link);
-  if (result != nullptr && result->done && result->error.empty())
+  const bool computed = result != nullptr && result->done;
+  QString text = QStringLiteral("The profile cannot be shown: ") + problem;
+  if (computed && result->noTerrain) {
+    text =
+        QStringLiteral("The profile cannot be shown: %1.\n\n%2").arg(noTerrainText(*result, units), problem);
+  } else if (computed && result->error.empty() &&
+             antennaProblem(plan.stations.at(plan.links.at(link).from),
+                            plan.stations.at(plan.links.at(link).to))
+                 .empty()) {
     text += QStringLiteral(
         "\n\nFrom station to station the ground is known; the plot reaches a little past both ends.");
+  }
   notify("profileRefused", QStringLiteral("Show Profile"), text);
 }
 
@@ -466,6 +438,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   self_->storePlace();
   self_->import.reset();
   self_->recovery.discard();
+  self_->discarded = true;
   self_->profile.close();
   self_->analysis.pause(true);
   event->accept();

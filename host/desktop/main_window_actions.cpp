@@ -271,22 +271,16 @@ void MainWindow::Self::buildViewMenu() {
   add(menu, "mnuViewGoMap", QStringLiteral("Go to &Map"), QStringLiteral("Give the keyboard to the map"),
       QKeySequence(Qt::Key_F6), [this] { map->setFocus(Qt::ShortcutFocusReason); });
   add(menu, "mnuViewGoStations", QStringLiteral("Go to Stations"),
-      QStringLiteral("Give the keyboard to the table of stations"), QKeySequence(Qt::Key_F7), [this] {
-        dock->show();
-        tabs->setCurrentWidget(stationPanel);
-        stationPanel->table()->setFocus(Qt::ShortcutFocusReason);
-      });
+      QStringLiteral("Give the keyboard to the table of stations"), QKeySequence(Qt::Key_F7),
+      [this] { goTo(*stationPanel); });
   add(menu, "mnuViewGoLinks", QStringLiteral("Go to Links"),
-      QStringLiteral("Give the keyboard to the table of links"), QKeySequence(Qt::Key_F8), [this] {
-        dock->show();
-        tabs->setCurrentWidget(linkPanel);
-        linkPanel->table()->setFocus(Qt::ShortcutFocusReason);
-      });
+      QStringLiteral("Give the keyboard to the table of links"), QKeySequence(Qt::Key_F8),
+      [this] { goTo(*linkPanel); });
 }
 
 QMenu* MainWindow::Self::addChoices(QMenu* menu, const char* name, const QString& title,
                                     const std::vector<std::pair<QString, std::string>>& choices,
-                                    std::function<void(const std::string&)> choose) {
+                                    const std::function<void(const std::string&)>& choose) {
   QMenu* submenu = menu->addMenu(title);
   submenu->setObjectName(QLatin1String(name));
   auto* group = new QActionGroup(&window);

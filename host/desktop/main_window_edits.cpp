@@ -18,11 +18,6 @@
 namespace zel::host {
 namespace {
 
-QString counted(std::size_t count, const char* one) {
-  return QString::number(count) + u' ' + QString::fromLatin1(one) +
-         (count == 1 ? QString() : QStringLiteral("s"));
-}
-
 TerrainExtent around(const Plan& plan, const MapSelection& selection) {
   std::vector<StationId> ids = selection.stations;
   for (const LinkId id : selection.links) {
@@ -216,6 +211,13 @@ void MainWindow::Self::findStation() {
   tabs->setCurrentWidget(stationPanel);
   stationPanel->filter()->setFocus(Qt::ShortcutFocusReason);
   stationPanel->filter()->selectAll();
+}
+
+void MainWindow::Self::goTo(TablePanel& panel) {
+  dock->show();
+  tabs->setCurrentWidget(&panel);
+  panel.table()->setFocus(Qt::ShortcutFocusReason);
+  panel.chooseCurrent();
 }
 
 void MainWindow::Self::centreOnStation() {

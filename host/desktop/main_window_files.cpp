@@ -8,11 +8,12 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSaveFile>
-#include <algorithm>
 #include <exception>
 #include <fstream>
+#include <utility>
 
 #include "desktop/dropped_file.h"
+#include "desktop/imported_plan.h"
 #include "desktop/main_window_self.h"
 #include "planning/whole_file.h"
 
@@ -25,26 +26,6 @@ QString startFolder(const PlanDocument& document) {
   const std::vector<std::string> recent = recentFiles();
   const std::string near = !document.path().empty() ? document.path() : recent.empty() ? "" : recent.front();
   return near.empty() ? QDir::homePath() : QFileInfo(QString::fromStdString(near)).absolutePath();
-}
-
-// Of the links that an import adds; those that lead nowhere are not among them.
-void addFrequencies(PlanEdit& edit, const ImportedStations& result, const std::vector<StationId>& added) {
-  auto link = edit.links.begin();
-  for (std::size_t i = 0; i < result.links.size() && link != edit.links.end(); ++i) {
-    const auto [from, to] = result.links[i];
-    if (from >= added.size() || to >= added.size() || link->second->from != added[from] ||
-        link->second->to != added[to])
-      continue;
-    if (i < result.frequenciesMhz.size()) link->second->frequencyMhz = result.frequenciesMhz[i];
-    ++link;
-  }
-}
-
-// Whether more is to be told of a list than how its columns were read.
-bool assumesSomething(const ImportedStations& result) {
-  return std::any_of(result.notes.begin(), result.notes.end(), [](const std::string& note) {
-    return note.rfind("delimiter ", 0) != 0 && note.rfind("read as ", 0) != 0;
-  });
 }
 
 // As other programs see it, wherever this one was started.
@@ -99,6 +80,7 @@ void MainWindow::Self::openDocument(Plan plan, const std::string& path, bool uns
   if (import) tell(QStringLiteral("The list that was being read was for the plan before; nothing was added"));
   import.reset();
   listsToImport.clear();
+  profileWanted.reset();
   profile.close();
   document.open(std::move(plan), path, unsaved);
   fileSeen = path.empty() ? std::string() : fileState(path);
@@ -116,6 +98,7 @@ void MainWindow::Self::openDocument(Plan plan, const std::string& path, bool uns
     map->fitPlan();
   }
   showTerrainState();
+  viewTimer.start();
 }
 
 void MainWindow::Self::newPlan() {
@@ -226,7 +209,7 @@ void MainWindow::Self::saveLinkTable() {
     return;
   }
   tell(QStringLiteral("Saved ") + QFileInfo(file.fileName()).fileName() +
-       (analysis.waiting() > 0 ? QStringLiteral("; %1 links were not computed yet").arg(analysis.waiting())
+       (analysis.waiting() > 0 ? QStringLiteral("; not computed yet: ") + counted(analysis.waiting(), "link")
                                : QString()));
 }
 
@@ -255,12 +238,13 @@ void MainWindow::Self::fillRecentMenu() {
 // ---- Copies of unsaved work ----
 
 void MainWindow::Self::keepSoon() {
-  if (document.modified() && !keepTimer.isActive()) keepTimer.start(services.recoverySeconds * 1000);
+  if (keepsCopies() && document.modified() && !keepTimer.isActive())
+    keepTimer.start(services.recoverySeconds * 1000);
 }
 
 void MainWindow::Self::keepNow() {
   keepTimer.stop();
-  if (!document.modified()) return;
+  if (!keepsCopies() || !document.modified()) return;
   try {
     recovery.keep(fileNow(), document.path());
   } catch (const std::exception& error) {
@@ -270,6 +254,10 @@ void MainWindow::Self::keepNow() {
 
 // True when one was restored. With `only`, no others are asked about than the copies of that file.
 bool MainWindow::Self::offerLeftPlans(const std::string& only) {
+  if (!keepsCopies()) {
+    tell(QStringLiteral("There is no home folder; unsaved work is not kept for a crash"));
+    return false;
+  }
   std::vector<std::string> problems;
   const std::vector<LeftPlan> all = recovery.left(problems);
   if (!problems.empty()) tell(QString::fromStdString(problems.front()));
@@ -281,11 +269,11 @@ bool MainWindow::Self::offerLeftPlans(const std::string& only) {
     question.setWindowTitle(QStringLiteral("Unsaved Work"));
     question.setTextFormat(Qt::PlainText);
     QString text =
-        QStringLiteral("Unsaved work on %1 was left on %2: %3 stations, %4 links.")
+        QStringLiteral("Unsaved work on %1 was left on %2: %3, %4.")
             .arg(left.originalPath.empty() ? QStringLiteral("an untitled plan") : fileName(left.originalPath),
                  QDateTime::fromSecsSinceEpoch(left.savedAt).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")),
-                 QString::number(left.file.plan.stations.size()),
-                 QString::number(left.file.plan.links.size()));
+                 counted(left.file.plan.stations.size(), "station"),
+                 counted(left.file.plan.links.size(), "link"));
     if (left.originalChanged) text += QStringLiteral("\nThe file has been changed since.");
     if (left.originalMissing) text += QStringLiteral("\nThe file is no longer there.");
     question.setText(text);
@@ -318,6 +306,7 @@ bool MainWindow::Self::offerLeftPlans(const std::string& only) {
 
 void MainWindow::start(const std::string& file) {
   Self& self = *self_;
+  self.started = true;
   self.map->fitTerrain();
   const std::string named = file.empty() ? std::string() : absolutePath(file);
   if (self.offerLeftPlans(named)) return;
@@ -348,7 +337,8 @@ void MainWindow::start(const std::string& file) {
 void MainWindow::Self::askImport() {
   const QString path = QFileDialog::getOpenFileName(
       &window, QStringLiteral("Import Stations"), startFolder(document),
-      QStringLiteral("Stations (*.csv *.txt *.tsv *.geojson *.json *.kml *.kmz *.gpx);;All files (*)"));
+      QStringLiteral("Stations (*.csv *.txt *.tsv *.geojson *.json *.geojsonl *.geojsons "
+                     "*.ndjson *.jsonl *.kml *.kmz *.gpx);;All files (*)"));
   if (!path.isEmpty()) startImport(path.toStdString());
 }
 
@@ -378,37 +368,35 @@ void MainWindow::Self::nextImport() {
   startImport(path);
 }
 
-void MainWindow::Self::takeImport(const std::string& path, const ImportedStations& result) {
+void MainWindow::Self::takeImport(const std::string& path, ImportedStations result) {
   import.reset();
   const QString name = fileName(path);
-  if (!result.error.empty()) {
+  const auto refuse = [&](const std::string& why) {
     box(QStringLiteral("Import Stations"), QStringLiteral("%1 cannot be imported; nothing was added.\n%2")
-                                               .arg(name, QString::fromStdString(result.error)));
-    return;
-  }
+                                               .arg(name, QString::fromStdString(why)));
+  };
+  if (!result.error.empty()) return refuse(result.error);
   std::vector<StationId> added;
   try {
+    bringIntoDatum(result, document.plan().datum);
+    if (result.stations.empty() && !result.problems.empty()) return refuse(result.problems.back().text);
+    noteDoubles(result, document.plan());
     PlanEdit edit = addNetwork(document.plan(), document.nextStation(), document.nextLink(), result.stations,
                                result.links, &added);
-    edit.text = "import of " + std::to_string(added.size()) + (added.size() == 1 ? " station" : " stations");
+    edit.text = "import of " + counted(added.size(), "station").toStdString();
     addFrequencies(edit, result, added);
     document.apply(edit);
   } catch (const std::exception& error) {
-    box(QStringLiteral("Import Stations"), QStringLiteral("%1 cannot be imported; nothing was added.\n%2")
-                                               .arg(name, QString::fromStdString(error.what())));
-    return;
+    return refuse(error.what());
   }
   select({added, {}});
   fitSelection();
   stationPanel->fitColumns();
-  tell(QStringLiteral("Imported %1 stations from %2").arg(QString::number(added.size()), name));
+  tell(QStringLiteral("Imported %1 from %2").arg(counted(added.size(), "station"), name));
   if (result.links.empty()) tabs->setCurrentWidget(stationPanel);
-  QString told = QString::fromStdString(importSummary(result));
-  const bool otherDatum = document.plan().datum == PlanDatum::kNad27 && result.kind != "CSV";
-  if (otherDatum)
-    told += QStringLiteral("\nThe file's positions are WGS 84; they were taken as they are, as NAD-27");
-  if (otherDatum || result.skipped > 0 || assumesSomething(result))
-    notify("importSummary", QStringLiteral("Import Stations"), name + QStringLiteral("\n\n") + told);
+  if (result.skipped > 0 || assumesSomething(result))
+    notify("importSummary", QStringLiteral("Import Stations"),
+           name + QStringLiteral("\n\n") + QString::fromStdString(importSummary(result)));
 }
 
 void MainWindow::takeFiles(const std::vector<std::string>& paths) {

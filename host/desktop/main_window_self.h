@@ -18,6 +18,7 @@
 #include "desktop/shown_values.h"
 #include "desktop/station_table.h"
 #include "desktop/table_panel.h"
+#include "desktop/terrain_watch.h"
 #include "planning/plan_document.h"
 #include "planning/recovery.h"
 #include "zel/terrain_map.h"
@@ -32,7 +33,7 @@ class QTabWidget;
 
 namespace zel::host {
 
-class SampleNotice;
+class NoticeLine;
 
 struct MainWindow::Self {
   Self(MainWindow& window, ProfileControl& component, MainWindowServices services);
@@ -45,9 +46,11 @@ struct MainWindow::Self {
   LinkAnalysis analysis;
   Recovery recovery;
   ShownProfile profile;
+  TerrainWatch watch;
 
   // Widgets; the window owns them.
-  SampleNotice* notice = nullptr;
+  NoticeLine* notice = nullptr;
+  NoticeLine* emptyView = nullptr;
   QLabel* summary = nullptr;
   MapView* map = nullptr;
   QDockWidget* dock = nullptr;
@@ -67,14 +70,25 @@ struct MainWindow::Self {
 
   // State.
   std::shared_ptr<const TerrainMap> terrain;
+  std::vector<TerrainCoverage> rasters;  // of the terrain, once they are known
+  bool problemsWanted = false;           // of files that were just named
+  std::optional<LinkId> profileWanted;   // to be shown when the terrain is known
+  struct Ground {
+    Position place;  // WGS 84
+    float heightM = 0;
+  };
+  std::optional<Ground> ground;  // under the place that was asked about last
+  std::optional<std::pair<StationId, Position>> dragged;
   ShownUnits units;
   MapSelection selection;
-  bool noticeDismissed = false;
+  bool discarded = false;  // the user wants nothing of the open work kept
   bool tellingSelection = false;
   int tilesWaiting = 0;
-  QTimer keepTimer;     // of the recovery copy
-  QTimer summaryTimer;  // the line over the map, once for many results
-  QTimer dragTimer;     // since the last move of a dragged station
+  QTimer keepTimer;      // of the recovery copy
+  QTimer summaryTimer;   // the line over the map, once for many results
+  QTimer dragTimer;      // since the last move of a dragged station
+  QTimer viewTimer;      // since other terrain or another plan came, which the map is fitted to
+  bool started = false;  // the map has been given something to show
   std::unique_ptr<ImportJob> import;
   std::deque<std::string> listsToImport;  // when the one that is read is done
   std::string fileSeen;                   // the state of the plan's file when it was read or written
@@ -91,13 +105,17 @@ struct MainWindow::Self {
   void pruneSelection();
   void fitColumnsOnce();
   void showSelectionInTables();
+  void drawCrosses();
+  void refuseProfile(LinkId link, const QString& problem);
+
+  // main_window_words.cpp
   void showSummary();
+  QString summaryText();
+  QString stationSummary(const Station& station, const Position& place);
   void showFileState();
   void showWork();
   void showPointer(const PointerPlace& place);
-  void updateActions();
-  void tell(const QString& text);  // in the status bar
-  void refuseProfile(LinkId link, const QString& problem);
+  void tell(const QString& text);                     // in the status bar
   bool confirm(const std::function<void()>& action);  // tells what it throws; false then
 
   // main_window_actions.cpp
@@ -114,10 +132,11 @@ struct MainWindow::Self {
   void buildViewMenu();
   void buildToolsMenu();
   void buildHelpMenu();
+  void updateActions();
   void fillRecentMenu();
   QMenu* addChoices(QMenu* menu, const char* name, const QString& title,
                     const std::vector<std::pair<QString, std::string>>& choices,
-                    std::function<void(const std::string&)> choose);
+                    const std::function<void(const std::string&)>& choose);
   void showChoices();
   void contextMenu(QPoint global, std::optional<StationId> station, std::optional<LinkId> link,
                    Position place);
@@ -139,6 +158,7 @@ struct MainWindow::Self {
   void copyText(const QString& text);
   void selectAll();
   void findStation();
+  void goTo(TablePanel& panel);  // with the keyboard, to a row of it
   void centreOnStation();
   void fitSelection();
   void chooseDatum(PlanDatum datum);
@@ -156,9 +176,10 @@ struct MainWindow::Self {
   void keepSoon();
   void keepNow();
   bool offerLeftPlans(const std::string& only);
+  bool keepsCopies() const { return !services.recoveryFolder.empty(); }
   void askImport();
   void startImport(const std::string& path);
-  void takeImport(const std::string& path, const ImportedStations& result);
+  void takeImport(const std::string& path, ImportedStations result);
   void nextImport();
   void saveLinkTable();
   void box(const QString& title, const QString& text);
@@ -172,8 +193,9 @@ struct MainWindow::Self {
   void storePlace();
   void openTerrain();
   void showTerrainState();
-  void checkTerrainFiles();
+  void terrainKnown(const std::vector<std::string>& problems);
   void tellTerrainProblems(const std::vector<std::string>& problems);
+  void showWhetherTerrainIsInView();
   void askTerrain();
   void takeRasters(const std::vector<std::string>& paths);
   void chooseSource(int code);

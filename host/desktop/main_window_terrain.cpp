@@ -9,17 +9,18 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QThreadPool>
+#include <QStatusBar>
 #include <QUrl>
 #include <algorithm>
 #include <array>
-#include <atomic>
+#include <cmath>
 #include <exception>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "desktop/main_window_self.h"
-#include "desktop/sample_notice.h"
+#include "desktop/notice_line.h"
 #include "preferences/field_values.h"
 #include "preferences/preferences_dialog.h"
 #include "zel/profile_control.h"
@@ -113,9 +114,14 @@ void MainWindow::Self::openTerrain() {
     terrain.reset();
     tell(QString::fromStdString(error.what()));
   }
+  rasters.clear();
+  ground.reset();
+  emptyView->hide();
+  watch.setTerrain(terrain);
   analysis.setTerrain(terrain);
   map->setTerrain(terrain);
   showTerrainState();
+  showWork();
 }
 
 void MainWindow::Self::showTerrainState() {
@@ -127,36 +133,34 @@ void MainWindow::Self::showTerrainState() {
   const TerrainSource& source = terrain->source();
   terrainLabel->setText(QString::fromStdString(source.name) +
                         (source.bundledSample ? QStringLiteral(" (bundled sample)") : QString()));
-  notice->setVisible(source.bundledSample && !noticeDismissed);
+  notice->setVisible(source.bundledSample && !notice->dismissed());
 }
 
-// Says what is wrong with files that were just named, rather than showing an empty map. They are looked at in
-// a thread, since a folder may have thousands.
-void MainWindow::Self::checkTerrainFiles() {
-  if (!terrain) return;
-  struct Look {
-    std::atomic<bool> done = false;
-    std::vector<std::string> problems;  // the thread's until it is done
+// The terrain has been looked through.
+void MainWindow::Self::terrainKnown(const std::vector<std::string>& problems) {
+  showWork();
+  showSummary();
+  viewTimer.start();
+  if (const auto wanted = std::exchange(profileWanted, std::nullopt)) {
+    window.statusBar()->clearMessage();
+    if (document.plan().links.contains(*wanted)) window.showProfile(*wanted);
+  }
+  // What is wrong with files that were just named, rather than an empty map.
+  if (std::exchange(problemsWanted, false)) tellTerrainProblems(problems);
+}
+
+// A plain grey map is told of when it comes from other terrain or another plan, not from moving the map.
+void MainWindow::Self::showWhetherTerrainIsInView() {
+  const TerrainExtent seen = map->frame().extent();
+  const auto isSeen = [&seen](const TerrainCoverage& raster) {
+    const TerrainExtent& its = raster.extent;
+    if (its.north < seen.south || its.south > seen.north) return false;
+    // At any turn.
+    const double turns = 360 * std::ceil((seen.west - its.east) / 360);
+    return its.west + turns <= seen.east;
   };
-  const auto look = std::make_shared<Look>();
-  QThreadPool::globalInstance()->start([look, looked = terrain] {
-    try {
-      looked->rasters();
-      look->problems = looked->problems();
-    } catch (const std::exception& error) {
-      look->problems = {error.what()};
-    }
-    look->done = true;
-  });
-  constexpr int kLookMs = 30;
-  auto* timer = new QTimer(&window);
-  connect(timer, &QTimer::timeout, &window, [this, timer, look] {
-    if (!look->done) return;
-    timer->stop();
-    timer->deleteLater();
-    tellTerrainProblems(look->problems);
-  });
-  timer->start(kLookMs);
+  emptyView->setVisible(started && !rasters.empty() && !emptyView->dismissed() &&
+                        std::none_of(rasters.begin(), rasters.end(), isSeen));
 }
 
 void MainWindow::Self::tellTerrainProblems(const std::vector<std::string>& problems) {
@@ -233,8 +237,8 @@ void MainWindow::Self::takeRasters(const std::vector<std::string>& paths) {
       useTerrainForThisRun(answer == addTo ? joined(paths, source.paths) : paths);
   });
   if (!done) return;
+  problemsWanted = true;
   settingsChanged(true);
-  checkTerrainFiles();
   map->fitTerrain();
 }
 

@@ -8,6 +8,7 @@
 #include <QWindow>
 #include <exception>
 
+#include "analysis/link_computation.h"
 #include "desktop/shown_values.h"
 #include "zel/plot_image.h"
 #include "zel/profile_control.h"
@@ -71,6 +72,7 @@ struct ShownProfile::Self {
   QElapsedTimer sinceKept;  // since a window that the user did not ask for was shown
   std::function<void(const std::string&)>* onProblem = nullptr;
   std::function<void()>* onShowing = nullptr;
+  std::function<bool()>* mayShow = nullptr;
 
   // The desktop gives the keyboard to the new window a moment later, away from the map that is worked on.
   void focusMoved(const QWindow* focus) {
@@ -88,6 +90,7 @@ struct ShownProfile::Self {
     if (!wanted) return "the link is not in the plan";
     calm.stop();
     stale = false;
+    if (std::string problem = antennaProblem(wanted->from, wanted->to); !problem.empty()) return problem;
     try {
       PlotImageRequest request;
       request.from = wanted->from.position;
@@ -116,6 +119,10 @@ struct ShownProfile::Self {
 
   void showAnew() {
     if (!open()) return;
+    if (*mayShow && !(*mayShow)()) {
+      calm.start();
+      return;
+    }
     const std::string problem = show(*link, window->isActiveWindow());
     if (problem.empty()) return;
     // What is open would read the ground anew at its next drawing, and the ground is refused.
@@ -129,6 +136,7 @@ ShownProfile::ShownProfile(ProfileControl& component, const PlanDocument& docume
     : self_(std::make_unique<Self>(component, document, window)) {
   self_->onProblem = &onProblem;
   self_->onShowing = &onShowing;
+  self_->mayShow = &mayShow;
   QObject::connect(qApp, &QGuiApplication::focusWindowChanged, &self_->calm,
                    [this](const QWindow* focus) { self_->focusMoved(focus); });
   self_->calm.setSingleShot(true);

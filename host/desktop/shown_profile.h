@@ -34,6 +34,8 @@ class ShownProfile {
   void refresh();  // settings have changed: shown anew a moment later
   void close();
 
+  // Whether terrain can be read without a long wait; while it cannot, what is open is not shown anew.
+  std::function<bool()> mayShow;
   std::function<void()> onShowing;                    // the component is about to show the window
   std::function<void(const std::string&)> onProblem;  // the window was closed, since the ground is refused
 

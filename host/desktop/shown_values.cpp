@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "zel/terrain_map.h"
+
 namespace zel::host {
 namespace {
 
@@ -99,6 +101,17 @@ QString shownLongitude(double degrees, const ShownUnits& units) {
 QString shownPosition(const Position& position, const ShownUnits& units) {
   return shownLatitude(position.latitude, units) + QStringLiteral(", ") +
          shownLongitude(position.longitude, units);
+}
+
+QString counted(std::size_t count, const char* one) {
+  return QString::number(count) + u' ' + QString::fromLatin1(one) +
+         (count == 1 ? QString() : QStringLiteral("s"));
+}
+
+QString heightOrNone(float metres, const ShownUnits& units) {
+  if (metres == kTerrainOutside) return QStringLiteral("no terrain");
+  if (metres == kTerrainVoid) return QStringLiteral("no height");
+  return heightText(static_cast<double>(metres), units);
 }
 
 QString plainTip(const QString& text) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -30,6 +31,11 @@ QString plainNumber(double value, int mostDecimals);                           /
 QString shownLatitude(double degrees, const ShownUnits& units);  // "36-24-00.0 N", "36.400000"
 QString shownLongitude(double degrees, const ShownUnits& units);
 QString shownPosition(const Position& position, const ShownUnits& units);  // "36-24-00.0 N, 84-21-00.0 W"
+
+// "1 link", "2 links".
+QString counted(std::size_t count, const char* one);
+// A height of the terrain, or "no height", "no terrain" for what stands in its place (zel/terrain_map.h).
+QString heightOrNone(float metres, const ShownUnits& units);
 
 // For tool tips, which take what looks like HTML for it: names and paths as they are, line by line.
 QString plainTip(const QString& text);

@@ -36,6 +36,8 @@ QVariant StationModel::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
       return QVariant(index.column() == kName ? Qt::AlignLeft | Qt::AlignVCenter
                                               : Qt::AlignRight | Qt::AlignVCenter);
+    case Qt::ToolTipRole:
+      return index.column() == kName ? plainTip(QString::fromStdString(station.name)) : QString();
     case kFilterRole:
       return QString::fromStdString(station.name);
     case kSortRole:

@@ -15,6 +15,8 @@
 namespace zel::host {
 namespace {
 
+constexpr int kWidestColumn = 24;  // average characters
+
 QString cell(const QString& text, QChar separator) {
   if (separator == u'\t') {
     QString plain = text;
@@ -160,8 +162,21 @@ std::vector<int> TablePanel::shownRows() const {
   return rows;
 }
 
+void TablePanel::chooseCurrent() {
+  if (table_->selectionModel()->hasSelection() || proxy_->rowCount() == 0) return;
+  const QModelIndex current = table_->currentIndex();
+  table_->setCurrentIndex(current.isValid() ? current : proxy_->index(0, 0));
+  table_->selectRow(table_->currentIndex().row());
+}
+
 void TablePanel::fitColumns() {
-  if (!sizedByHand_) table_->resizeColumnsToContents();
+  if (sizedByHand_) return;
+  table_->resizeColumnsToContents();
+  // One long name is not to push all figures out of sight.
+  const int widest = kWidestColumn * table_->fontMetrics().averageCharWidth();
+  for (int column = 0; column < proxy_->columnCount(); ++column)
+    if (table_->columnWidth(column) > widest)
+      table_->setColumnWidth(column, std::max(widest, table_->horizontalHeader()->sectionSizeHint(column)));
 }
 
 QString TablePanel::separated(const std::vector<int>& rows, QChar separator) const {
@@ -189,7 +204,11 @@ bool TablePanel::eventFilter(QObject* watched, QEvent* event) {
   if (watched == table_ && event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<QKeyEvent*>(event);
     const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-    if (enter && key->modifiers() == Qt::NoModifier && currentRow() >= 0 && onActivated) {
+    // One that ends the editing of a cell comes here, too.
+    const auto editors = table_->viewport()->findChildren<QLineEdit*>();
+    const bool editing = std::any_of(editors.begin(), editors.end(),
+                                     [](const QLineEdit* editor) { return !editor->isHidden(); });
+    if (enter && !editing && key->modifiers() == Qt::NoModifier && currentRow() >= 0 && onActivated) {
       onActivated(currentRow(), -1);
       return true;
     }

@@ -31,7 +31,9 @@ class TablePanel final : public QWidget {
   int currentRow() const;                         // -1 without one
   void showRow(int row);                          // scrolls there, where the filter lets it be seen
   std::vector<int> shownRows() const;             // in the order shown
-  void fitColumns();                              // to the texts of the first rows, unless sized by hand
+  // The current row, or else the first, where none is chosen.
+  void chooseCurrent();
+  void fitColumns();  // to the texts of the first rows, unless sized by hand
   // The selected rows, or all that are shown, with the headers: cells as they are shown.
   QString tabSeparated() const;
   QString commaSeparated() const;

@@ -1,5 +1,8 @@
 #include "planning/plan_text.h"
 
+#include <array>
+#include <charconv>
+
 #include "planning/short_number.h"
 
 namespace zel::host {
@@ -15,13 +18,24 @@ std::string csvName(const std::string& name) {
   return quoted + '"';
 }
 
+// Six decimals, or as many as it takes to be read as the same value again.
+std::string degreesText(double degrees) {
+  constexpr int kDecimals = 6;
+  std::string text = fixedNumber(degrees, kDecimals);
+  double read = 0;
+  std::from_chars(text.data(), text.data() + text.size(), read);
+  if (read == degrees) return text;
+  std::array<char, 400> digits{};  // the smallest doubles have more than 300 behind the point
+  const auto end =
+      std::to_chars(digits.data(), digits.data() + digits.size(), degrees, std::chars_format::fixed).ptr;
+  return {digits.data(), end};
+}
+
 }  // namespace
 
 std::string stationText(const Station& station) {
-  constexpr int kDecimals = 6;
-  return fixedNumber(station.position.latitude, kDecimals) + "," +
-         fixedNumber(station.position.longitude, kDecimals) + "," + shortNumber(station.antennaM) + "," +
-         csvName(tidyName(station.name));
+  return degreesText(station.position.latitude) + "," + degreesText(station.position.longitude) + "," +
+         shortNumber(station.antennaM) + "," + csvName(tidyName(station.name));
 }
 
 std::string stationsText(const Plan& plan, const std::vector<StationId>& ids) {

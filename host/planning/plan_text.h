@@ -8,9 +8,9 @@
 
 namespace zel::host {
 
-// Degrees north and east with six decimals (11 cm at the most), metres above ground, name; without a line
-// end. A name with a comma or a quote in it stands in quotes, as in CSV, so that the import of stations reads
-// the line.
+// Degrees north and east with six decimals, or as many more as the value has, so that what is cut is pasted
+// unchanged; metres above ground, name; without a line end. A name with a comma or a quote in it stands in
+// quotes, as in CSV, so that the import of stations reads the line.
 std::string stationText(const Station& station);
 // A line for each, every one ended by a line feed; stations that the plan does not have are passed over.
 std::string stationsText(const Plan& plan, const std::vector<StationId>& ids);

@@ -38,6 +38,13 @@ def copies(folder):
     return glob.glob(folder + "/state/terrain-profiler/recovery/plan-*.json")
 
 
+def locked(path):
+    """Whether someone holds a lock on it; a try to lock it could come between the program and its lock."""
+    inode = str(os.stat(path).st_ino)
+    with open("/proc/locks", encoding="ascii") as locks:
+        return any(line.split()[5].split(":")[-1] == inode for line in locks if "->" not in line)
+
+
 def stations_of(path):
     with open(path, encoding="utf-8") as file:
         text = file.read()
@@ -65,8 +72,8 @@ def main():
         # Asked, and killed before an answer.
         asking = started(program, [], folder)
         try:
-            time.sleep(2)
-            assert asking.poll() is None, asking.communicate()
+            lock = left[0].replace(".json", ".lock")
+            wait_until(lambda: locked(lock), asking, "the copy that is asked about is the asking program's")
         finally:
             asking.send_signal(signal.SIGKILL)
             asking.communicate()
@@ -77,7 +84,6 @@ def main():
         idle = started(program, [], folder)
         try:
             wait_until(lambda: os.path.isdir(folder + "/cache") or os.path.isdir(folder + "/state"), idle, "it has started")
-            time.sleep(1)
         finally:
             idle.send_signal(signal.SIGTERM)
             out, err = idle.communicate(timeout=LONGEST)

@@ -8,10 +8,12 @@
 #include <QTest>
 #include <memory>
 
+#include "analysis/link_computation.h"
 #include "analysis/link_stretches.h"
 #include "support/environment_variable.h"
 #include "support/offscreen.h"
 #include "support/temporary_folder.h"
+#include "zel/geodesic.h"
 #include "zel/path_loss.h"
 #include "zel/profile_control.h"
 
@@ -105,18 +107,18 @@ TEST_F(LinkAnalysisTest, ALinkWithoutTerrainHasAnErrorWithThePlace) {
 }
 
 TEST_F(LinkAnalysisTest, ManyLinksAreComputedWithoutAStallAndTheChosenOneFirst) {
-  for (LinkId id = 2; id <= 200; ++id) plan_.links[id] = {1, 2, 400.0 + id};
+  for (LinkId id = 2; id <= 50; ++id) plan_.links[id] = {1, 2, 400.0 + id};
   LinkAnalysis analysis(plan_);
   analysis.setTerrain(TerrainMap::open(3));
   std::vector<LinkId> order;
   analysis.onResult = [&](LinkId id) { order.push_back(id); };
   analysis.updateAll();
-  analysis.first(150);
-  EXPECT_EQ(analysis.waiting(), 200U);
+  analysis.first(40);
+  EXPECT_EQ(analysis.waiting(), 50U);
   ASSERT_TRUE(waitFor([&] { return analysis.waiting() == 0; }));
-  EXPECT_EQ(order.size(), 200U);
-  EXPECT_EQ(order.front(), 150U);
-  EXPECT_NEAR(analysis.find(200)->frequencyMhz, 600, 1e-9);
+  EXPECT_EQ(order.size(), 50U);
+  EXPECT_EQ(order.front(), 40U);
+  EXPECT_NEAR(analysis.find(50)->frequencyMhz, 450, 1e-9);
 }
 
 TEST_F(LinkAnalysisTest, PausedNothingIsComputedAndChangesOfMeanwhileCount) {
@@ -130,6 +132,48 @@ TEST_F(LinkAnalysisTest, PausedNothingIsComputedAndChangesOfMeanwhileCount) {
   analysis.pause(false);
   ASSERT_TRUE(waitFor([&] { return analysis.waiting() == 0; }));
   EXPECT_DOUBLE_EQ(analysis.find(1)->frequencyMhz, 450);
+}
+
+TEST_F(LinkAnalysisTest, WhatLeavesTheTerrainIsToldWithItsFirstPlaceInThePlansDatum) {
+  component_.let_StaDatum(0);                // NAD-27
+  plan_.stations[2].position = {36.4, -85};  // west of the terrain, which ends at 84.41375 W
+  LinkAnalysis analysis(plan_);
+  analysis.setTerrain(TerrainMap::open(3));
+  analysis.updateAll();
+  ASSERT_TRUE(waitFor([&] { return analysis.waiting() == 0; }));
+  const LinkResult& result = *analysis.find(1);
+  EXPECT_TRUE(result.noTerrain);
+  ASSERT_TRUE(result.outside);
+  EXPECT_NEAR(mapPosition(*result.outside).position.longitude, -84.41375, 0.001);  // a sample's distance
+  EXPECT_NEAR(result.outside->latitude, 36.4, 0.01);
+  EXPECT_GT(result.distanceKm, 50) << "distance and bearing need no ground";
+}
+
+TEST_F(LinkAnalysisTest, AnotherTerrainIsReadByWhatWaitsAndNothingAtAllAfterTheEnd) {
+  for (LinkId id = 2; id <= 20; ++id) plan_.links[id] = {1, 2, 400.0 + id};
+  LinkAnalysis analysis(plan_);
+  analysis.setTerrain(TerrainMap::open(3));
+  analysis.updateAll();
+  QCoreApplication::processEvents();  // some are being read
+  analysis.setTerrain(TerrainMap::open(3));
+  ASSERT_TRUE(waitFor([&] { return analysis.waiting() == 0; }));
+  analysis.end();
+  analysis.updateAll();
+  EXPECT_EQ(analysis.waiting(), 20U);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(analysis.waiting(), 20U);
+}
+
+TEST_F(LinkAnalysisTest, AnAntennaOnTheGroundKeepsTheProfileAwayAndNotTheFigures) {
+  EXPECT_EQ(antennaProblem(plan_.stations[1], plan_.stations[2]), "");
+  plan_.stations[2].antennaM = 0;
+  const LinkResult result = analyseLink(plan_, plan_.links.at(1));
+  EXPECT_EQ(result.error, "");
+  EXPECT_TRUE(result.modeledDb);
+  EXPECT_EQ(result.profileProblem.rfind("the antenna of South hill stands on the ground", 0), 0U)
+      << result.profileProblem;
+  plan_.stations[1].antennaM = 0.4;
+  EXPECT_EQ(antennaProblem(plan_.stations[1], plan_.stations[2]).rfind("the antenna of North ridge", 0), 0U);
 }
 
 TEST_F(LinkAnalysisTest, ALinkThatIsGoneIsForgotten) {

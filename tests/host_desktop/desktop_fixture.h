@@ -61,13 +61,14 @@ class DesktopTest : public test::OffscreenTest<QApplication> {
     OffscreenTest::TearDown();
   }
 
-  MainWindowServices services() const { return {(folder_ / "recovery").string(), {}, 1}; }
+  MainWindowServices services() const { return {(folder_ / "recovery").string(), {}, keepSeconds_}; }
 
   MainWindow& window() {
     if (!window_) {
       window_ = std::make_unique<MainWindow>(*component_, services());
       window_->show();
       EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get(), kPatience));
+      EXPECT_TRUE(waitFor([this] { return window_->terrainKnown(); }));
     }
     return *window_;
   }
@@ -148,6 +149,7 @@ class DesktopTest : public test::OffscreenTest<QApplication> {
     });
   }
 
+  int keepSeconds_ = 1;  // between a change and its copy
   test::TemporaryFolder folder_;
   test::EnvironmentVariable config_{"XDG_CONFIG_HOME", (folder_ / "config").string()};
   std::unique_ptr<ProfileControl> component_;

@@ -4,12 +4,20 @@
 #include <QDockWidget>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QIcon>
 #include <QMenu>
 #include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
 
 #include "desktop/shown_values.h"
 #include "desktop_fixture.h"
+#include "planning/plan_file.h"
+#include "support/legible.h"
+#include "zel/geodesic.h"
 #include "zel/path_loss.h"
+#include "zel/path_profile.h"
 
 namespace zel::host {
 namespace {
@@ -39,6 +47,19 @@ TEST_F(MainWindowTest, TheSampleTerrainIsToldOfUntilDismissed) {
   EXPECT_FALSE(notice->isVisible());
 }
 
+TEST_F(MainWindowTest, TheLineAboutSampleTerrainLeadsToThePreferences) {
+  started();
+  bool opened = false;
+  whenAsked<QDialog>(QStringLiteral("dlgPreferences"), [&opened](QDialog& dialog) {
+    opened = true;
+    dialog.reject();
+  });
+  window().findChild<QPushButton*>(QStringLiteral("sampleNoticePreferences"))->click();
+  EXPECT_TRUE(opened);
+  window().findChild<QPushButton*>(QStringLiteral("sampleNoticeGuide"))->click();
+  EXPECT_EQ(said(), QStringLiteral("The guide is not there; install it with the program"));
+}
+
 TEST_F(MainWindowTest, UndoAndRedoNameTheChange) {
   started();
   PlanDocument& document = window().document();
@@ -64,6 +85,23 @@ TEST_F(MainWindowTest, ACellTakesDegreesMinutesSecondsAndRefusesWhatIsNone) {
   EXPECT_DOUBLE_EQ(window().document().plan().stations.at(1).position.latitude, 36.3);
   EXPECT_TRUE(model->setData(model->index(0, 3), QStringLiteral("100 ft")));
   EXPECT_DOUBLE_EQ(window().document().plan().stations.at(1).antennaM, 30.48);
+
+  // Enter in a cell that is edited takes the value, and opens nothing.
+  QTableView* view = table("stationsTable");
+  view->setCurrentIndex(model->index(0, 0));
+  view->edit(view->currentIndex());
+  auto* editor = view->viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(editor, nullptr);
+  editor->selectAll();
+  QTest::keyClicks(editor, QStringLiteral("Typed"));
+  QTimer::singleShot(0, qApp, [] {
+    if (QWidget* opened = QApplication::activeModalWidget()) {
+      ADD_FAILURE() << opened->objectName().toStdString();
+      opened->close();
+    }
+  });
+  QTest::keyClick(editor, Qt::Key_Return);
+  EXPECT_TRUE(waitFor([&] { return window().document().plan().stations.at(1).name == "Typed"; }));
 }
 
 TEST_F(MainWindowTest, AFrequencyOfItsOwnChangesTheLinksLoss) {
@@ -118,6 +156,17 @@ TEST_F(MainWindowTest, StationsAreCopiedAndPastedAsText) {
       << said().toStdString();
   action("mnuEditUndo")->trigger();
   EXPECT_EQ(stations.size(), 2U);
+
+  // What is cut is pasted unchanged, to the last digit and with whatever is in its name.
+  Station exact{"Ridge, \"old\"; 2", {36.123456789012345, -84.00000000000123}, 12.345678};
+  PlanDocument& document = window().document();
+  document.apply(changeStation(document.plan(), 1, exact));
+  table("stationsTable")->selectRow(0);
+  action("mnuEditCut")->trigger();
+  ASSERT_EQ(stations.size(), 1U);
+  action("mnuEditPaste")->trigger();
+  ASSERT_EQ(stations.size(), 2U);
+  EXPECT_EQ(stations.rbegin()->second, exact);
 }
 
 TEST_F(MainWindowTest, ATypedStationIsRefusedWithTheReasonUntilItIsRight) {
@@ -168,10 +217,82 @@ TEST_F(MainWindowTest, AProfileShowsTheLinksOwnFrequency) {
 TEST_F(MainWindowTest, APathOutsideTheTerrainIsRefusedInWords) {
   started();
   PlanDocument& document = window().document();
-  document.apply(moveStation(document.plan(), 1, {10, 10}));
+  document.apply(moveStation(document.plan(), 1, {36.9, -84.35}));
   EXPECT_FALSE(window().showProfile(1));
   EXPECT_FALSE(component_->get_PFrmLoaded());
   EXPECT_TRUE(said().startsWith(QLatin1String("The profile cannot be shown: "))) << said().toStdString();
+  // The line over the map has the place in the program's words; the tip has all that is known.
+  ASSERT_TRUE(waitFor([&] { return window().analysis().waiting() == 0; }));
+  EXPECT_TRUE(waitFor([&] {
+    return summary().endsWith(
+        QLatin1String("no terrain at 36-54-00.0 N, 84-21-00.0 W; add some in Preferences, "
+                      "Terrain"));
+  })) << summary().toStdString();
+  auto* model = table("linksTable")->model();
+  EXPECT_EQ(model->index(0, 10).data().toString(), QStringLiteral("no terrain"));
+  EXPECT_TRUE(model->index(0, 10).data(Qt::ToolTipRole).toString().contains(QLatin1String("N36W085")));
+}
+
+TEST_F(MainWindowTest, AnAntennaOnTheGroundIsRefusedBeforeTheComponentIsCalled) {
+  started();
+  PlanDocument& document = window().document();
+  Station station = document.plan().stations.at(2);
+  station.antennaM = 0.5;  // half a metre is rounded to even
+  document.apply(changeStation(document.plan(), 2, station));
+  const QString reason = QStringLiteral(
+      "the antenna of South hill stands on the ground (whole metres are used); give it a height of 1 m at "
+      "least");
+  EXPECT_FALSE(window().showProfile(1));
+  EXPECT_FALSE(component_->get_PFrmLoaded());
+  EXPECT_EQ(said(), QStringLiteral("The profile cannot be shown: ") + reason);
+  auto* told = window().findChild<QMessageBox*>(QStringLiteral("profileRefused"));
+  ASSERT_NE(told, nullptr);
+  EXPECT_EQ(told->text(), QStringLiteral("The profile cannot be shown: ") + reason);
+  ASSERT_TRUE(waitFor([&] { return window().analysis().waiting() == 0; }));
+  EXPECT_TRUE(table("linksTable")->model()->index(0, 6).data(Qt::ToolTipRole).toString().contains(reason));
+  EXPECT_TRUE(waitFor([&] { return summary().endsWith(QStringLiteral("; no profile: ") + reason); }))
+      << summary().toStdString();
+  station.antennaM = 0.6;
+  document.apply(changeStation(document.plan(), 2, station));
+  EXPECT_TRUE(window().showProfile(1)) << said().toStdString();
+}
+
+TEST_F(MainWindowTest, TheLineOverTheMapKnowsTheGroundUnderAStation) {
+  started();
+  PlanDocument& document = window().document();
+  table("stationsTable")->selectRow(0);
+  // 546 m is the ground at the start of `profile` on the command line.
+  EXPECT_TRUE(waitFor([&] {
+    return summary() ==
+           QStringLiteral("North ridge: 36-24-00.0 N, 84-21-00.0 W, antenna 30 m, ground: 546 m");
+  })) << summary().toStdString();
+  // While it is dragged, what is under the pointer and no figure of before.
+  window().map().onDragStation(1, {10, 10});
+  EXPECT_EQ(summary(), QStringLiteral("North ridge: 10-00-00.0 N, 10-00-00.0 E, antenna 30 m"));
+  EXPECT_TRUE(waitFor([&] { return summary().endsWith(QLatin1String(", ground: no terrain")); }));
+  window().map().onDragEnded();
+  EXPECT_TRUE(summary().startsWith(QLatin1String("North ridge: 36-24-00.0 N"))) << summary().toStdString();
+  window().map().onPlaceStation({10, 10});
+  EXPECT_TRUE(waitFor([&] { return summary().endsWith(QLatin1String(", ground: no terrain")); }))
+      << summary().toStdString();
+  action("mnuEditUndo")->trigger();
+  window().map().onSelectionChanged({{1, 2}, {}});
+  EXPECT_EQ(summary(), QStringLiteral("North ridge - South hill: 28.73 km, 134.0°; Ctrl+L links them"));
+  window().map().onSelectionChanged({});
+  EXPECT_EQ(summary(), QStringLiteral("2 stations, 1 link; choose a link to see its loss and clearance"));
+  document.apply(removeStations(document.plan(), {2}));
+  EXPECT_TRUE(summary().startsWith(QLatin1String("1 station, no links; "))) << summary().toStdString();
+}
+
+TEST_F(MainWindowTest, TheKeysThatGoToATableChooseARowOfIt) {
+  started();
+  action("mnuViewGoStations")->trigger();
+  EXPECT_EQ(window().map().selection().stations, std::vector<StationId>{1});
+  table("stationsTable")->selectRow(1);
+  action("mnuViewGoStations")->trigger();
+  EXPECT_EQ(window().map().selection().stations, std::vector<StationId>{2}) << "the chosen one stays";
+  action("mnuViewGoLinks")->trigger();
+  EXPECT_EQ(window().map().selection().links, std::vector<LinkId>{1});
 }
 
 TEST_F(MainWindowTest, TheDatumIsPartOfThePlanAndOfItsHistory) {
@@ -261,7 +382,7 @@ TEST_F(MainWindowTest, ImpossibleHeightsAreRefusedWithPlaceAndHeight) {
   EXPECT_NE(result.error.find("are not carried"), std::string::npos) << result.error;
   EXPECT_FALSE(result.modeledDb);
   auto* model = table("linksTable")->model();
-  EXPECT_EQ(model->index(0, 10).data().toString(), QStringLiteral("no data"));
+  EXPECT_EQ(model->index(0, 10).data().toString(), QStringLiteral("refused"));
   EXPECT_EQ(model->index(0, 6).data().toString(), QString());
   EXPECT_TRUE(model->index(0, 10).data(Qt::ToolTipRole).toString().contains(QLatin1String("not carried")));
   EXPECT_FALSE(window().showProfile(1));
@@ -285,6 +406,49 @@ TEST_F(MainWindowTest, AnOpenProfileIsClosedWhenItsGroundBecomesImpossible) {
   EXPECT_TRUE(window().showProfile(1)) << said().toStdString();
 }
 
+// ---- Terrain that comes and goes ----
+
+// A fifth of a degree of level ground.
+std::string levelRaster(const std::filesystem::path& path, double west, int height) {
+  constexpr int kPosts = 21;
+  std::string text =
+      "ncols 21\nnrows 21\nxllcorner " + std::to_string(west) + "\nyllcorner 50\ncellsize 0.01\n";
+  for (int i = 0; i < kPosts * kPosts; ++i)
+    text += std::to_string(height) + (i % kPosts == kPosts - 1 ? '\n' : ' ');
+  test::writeBytes(path, text);
+  return path.string();
+}
+
+TEST_F(MainWindowTest, FilesThatComeAreSeenWhenTheWindowComesBackAndAnEmptyViewIsSaidToBeOne) {
+  std::filesystem::create_directories(folder_ / "tiles");
+  levelRaster(folder_ / "tiles" / "west.asc", 10, 200);
+  setTerrainSource(3, {(folder_ / "tiles").string()});
+  Plan plan;
+  plan.stations[1] = {"West", {50.1, 10.1}, 30};
+  plan.stations[2] = {"East", {50.1, 10.3}, 30};
+  plan.links[1] = {1, 2, std::nullopt};
+  writePlanFile((folder_ / "plan.json").string(), {plan, PlanView{{36.3, -84.2}, 50}});
+  window().start((folder_ / "plan.json").string());
+  ASSERT_TRUE(waitFor([&] { return window().analysis().waiting() == 0; }));
+  EXPECT_TRUE(window().analysis().find(1)->noTerrain);
+
+  // The plan's file says that the map shows another part of the world.
+  auto* notice = window().findChild<QWidget*>(QStringLiteral("emptyViewNotice"));
+  ASSERT_TRUE(waitFor([&] { return notice->isVisible(); }));
+  window().findChild<QPushButton*>(QStringLiteral("emptyViewNoticeFit"))->click();
+  ASSERT_TRUE(waitFor([&] { return !notice->isVisible(); }));
+  EXPECT_NEAR(window().map().frame().centre().latitude, 50.1, 0.1);
+
+  levelRaster(folder_ / "tiles" / "east.asc", 10.2, 200);
+  window().activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window(), kPatience));
+  QEvent back(QEvent::ActivationChange);
+  QApplication::sendEvent(&window(), &back);
+  ASSERT_TRUE(waitFor([&] { return !window().analysis().find(1)->noTerrain; }));
+  EXPECT_EQ(window().analysis().find(1)->error, "");
+  EXPECT_TRUE(window().showProfile(1)) << said().toStdString();
+}
+
 // ---- Figures ----
 
 TEST_F(MainWindowTest, FiguresFollowTheDatum) {
@@ -302,6 +466,91 @@ TEST_F(MainWindowTest, FiguresFollowTheDatum) {
   EXPECT_EQ(result.distanceKm, loss.distanceKm);
   EXPECT_EQ(result.modeledDb, loss.modeledDb);
   EXPECT_NE(result.modeledDb, before);
+}
+
+// The worst obstacle of a path, found anew from the samples of the ground: clearance = line of sight - ground
+// - bulge of 1000 d1 d2 / (2 k 6371) m, in percent of the first zone's radius sqrt(wavelength d1 d2 / D).
+struct FoundObstacle {
+  double distanceKm = 0, groundM = 0, percent = std::numeric_limits<double>::infinity();
+};
+
+FoundObstacle worstOf(const SampledTerrain& path, double fromM, double toM, double k, double frequencyMhz) {
+  FoundObstacle worst;
+  const double whole = path.distanceKm, wavelengthM = 300 / frequencyMhz;
+  const auto count = path.elevations.size();
+  const double start = static_cast<double>(path.elevations.front()) + fromM;
+  const double end = static_cast<double>(path.elevations.back()) + toM;
+  for (std::size_t i = 1; i + 1 < count; ++i) {
+    const double d1 = path.distancesKm[i], d2 = whole - d1;
+    const double ground = static_cast<double>(path.elevations[i]);
+    const double clearance = start + (end - start) * d1 / whole - ground - 1000 * d1 * d2 / (2 * k * 6371);
+    const double percent = 100 * clearance / std::sqrt(wavelengthM * 1000 * d1 * d2 / whole);
+    if (percent < worst.percent) worst = {d1, ground, percent};
+  }
+  return worst;
+}
+
+TEST_F(MainWindowTest, TheTablesFiguresAreThoseOfTheComponentAndOfACalculationOfItsOwn) {
+  constexpr int kLinks = 20;
+  constexpr unsigned kSeed = 20261121;
+  constexpr double kK = 1.333, kFrequency = 950, kFeet = 0.3048, kMile = 1.609344;
+  std::mt19937 random(kSeed);
+  RecordProperty("seed", static_cast<int>(kSeed));
+  const auto between = [&random](double low, double high) {
+    return low + (high - low) * static_cast<double>(random()) / static_cast<double>(std::mt19937::max());
+  };
+  Plan plan;
+  for (LinkId i = 1; i <= kLinks; ++i) {
+    plan.stations[2 * i - 1] = {
+        "A" + std::to_string(i), {between(36.17, 36.43), between(-84.4, -84.09)}, std::round(between(5, 80))};
+    plan.stations[2 * i] = {
+        "B" + std::to_string(i), {between(36.17, 36.43), between(-84.4, -84.09)}, std::round(between(5, 80))};
+    plan.links[i] = {2 * i - 1, 2 * i, std::nullopt};
+  }
+  storeSetting("Profile", "Prf_Freq",
+               "950");  // without it GetPathLoss takes another frequency than the window
+  started();
+  struct Variant {
+    const char* units;
+    PlanDatum datum;
+  };
+  for (const Variant variant :
+       {Variant{"0", PlanDatum::kNad83}, Variant{"1", PlanDatum::kNad83}, Variant{"0", PlanDatum::kNad27}}) {
+    SCOPED_TRACE(variant.units + std::string(variant.datum == PlanDatum::kNad27 ? " NAD-27" : " NAD-83"));
+    storeSetting("Settings", "DispUnits", variant.units);
+    plan.datum = variant.datum;
+    action(variant.units[0] == '1' ? "mnuViewUnits1" : "mnuViewUnits0")->trigger();
+    window().document().open(plan, {});
+    ASSERT_TRUE(waitFor([&] { return window().analysis().waiting() == 0; }));
+    const auto* model = table("linksTable")->model();
+    const double lengthUnit = variant.units[0] == '1' ? kMile : 1,
+                 heightUnit = variant.units[0] == '1' ? kFeet : 1;
+    for (int row = 0; row < kLinks; ++row) {
+      SCOPED_TRACE("link " + std::to_string(row + 1));
+      const auto figure = [&](int column) { return model->index(row, column).data().toString().toDouble(); };
+      const auto link = plan.links.at(static_cast<LinkId>(row + 1));
+      const Station &from = plan.stations.at(link.from), &to = plan.stations.at(link.to);
+      const Position start = mapPosition(from.position).position, end = mapPosition(to.position).position;
+      const GeodesicLine line = geodesicLine(start, end, 2);
+      EXPECT_NEAR(figure(2), line.distanceKm / lengthUnit, 0.005001);
+      EXPECT_NEAR(figure(3), line.bearingDeg, 0.05001);
+      EXPECT_NEAR(figure(5), 32.4 + 20 * std::log10(kFrequency) + 20 * std::log10(line.distanceKm), 0.05001);
+      const float loss = component_->GetPathLoss(
+          {from.position.latitude, from.position.longitude, static_cast<float>(from.antennaM)},
+          {to.position.latitude, to.position.longitude, static_cast<float>(to.antennaM)});
+      EXPECT_NEAR(figure(6), static_cast<double>(loss), 0.05001);
+      // 100 points a kilometre and at most 1000: one more sample than intervals.
+      const auto points =
+          static_cast<std::int32_t>(std::min(1000.0, std::round(line.distanceKm * 100 + 1))) + 1;
+      const FoundObstacle worst = worstOf(sampleTerrain(from.position, to.position, points, 0, 3),
+                                          from.antennaM, to.antennaM, kK, kFrequency);
+      EXPECT_NEAR(figure(7), worst.percent, 0.5 + 0.001 * std::abs(worst.percent));
+      EXPECT_NEAR(figure(8), worst.distanceKm / lengthUnit, 0.05001);
+      EXPECT_NEAR(figure(9), worst.groundM / heightUnit, 0.5001);
+      const char* verdict = worst.percent >= 60 ? "clear" : worst.percent >= 0 ? "marginal" : "blocked";
+      EXPECT_EQ(model->index(row, 10).data().toString(), QLatin1String(verdict));
+    }
+  }
 }
 
 TEST_F(MainWindowTest, FiguresOfAnotherPlanAreNotSeenUnderThisOne) {
@@ -348,6 +597,17 @@ TEST_F(MainWindowTest, ARowTellsWhatItsFiguresWereComputedFrom) {
     EXPECT_TRUE(tip.contains(QLatin1String(part))) << part << " is not in " << tip.toStdString();
 }
 
+TEST_F(MainWindowTest, AVerdictsColourIsTheSameInAChosenRow) {
+  started();
+  const QVariant sample = table("linksTable")->model()->index(0, 10).data(Qt::DecorationRole);
+  ASSERT_TRUE(sample.canConvert<QIcon>());
+  constexpr QSize kSize(16, 16);
+  const QImage usual = sample.value<QIcon>().pixmap(kSize, QIcon::Normal).toImage();
+  EXPECT_EQ(usual.pixelColor(8, 8), QColor(0xd7, 0x30, 0x27)) << "blocked";
+  EXPECT_EQ(sample.value<QIcon>().pixmap(kSize, QIcon::Selected).toImage().pixelColor(8, 8),
+            usual.pixelColor(8, 8));
+}
+
 TEST_F(MainWindowTest, NamesAndPathsInTipsAreNoMarkup) {
   EXPECT_EQ(plainTip(QStringLiteral("<b>x</b>")),
             QStringLiteral("<span style='white-space:pre-wrap'>&lt;b&gt;x&lt;/b&gt;</span>"));
@@ -360,6 +620,22 @@ TEST_F(MainWindowTest, ColumnsAreAsWideAsTheirFigures) {
   for (int column = 0; column < links->model()->columnCount(); ++column)
     EXPECT_GE(links->columnWidth(column), links->sizeHintForIndex(links->model()->index(0, column)).width())
         << column;
+  // One long name leaves the figures in sight, and is told whole by its tip.
+  PlanDocument& document = window().document();
+  Plan plan = document.plan();
+  plan.stations[1].name = std::string(kLongestName, 'W');
+  document.open(plan, {});
+  ASSERT_TRUE(waitFor([&] { return window().analysis().waiting() == 0; }));
+  constexpr int kCharacters = 24;
+  EXPECT_LE(links->columnWidth(0), kCharacters * links->fontMetrics().averageCharWidth());
+  EXPECT_TRUE(
+      links->model()->index(0, 0).data(Qt::ToolTipRole).toString().contains(QString(kLongestName, u'W')));
+  auto* names = table("stationsTable")->model();
+  EXPECT_TRUE(names->index(0, 0).data(Qt::ToolTipRole).toString().contains(QString(kLongestName, u'W')));
+  window().map().onSelectionChanged({{}, {1}});
+  EXPECT_TRUE(
+      summary().startsWith(QString(39, u'W') + QChar(0x2026) + QStringLiteral(" - South hill: 28.73 km")))
+      << summary().toStdString();
 }
 
 // ---- Settings ----
@@ -403,6 +679,23 @@ TEST_F(MainWindowTest, AddingTerrainKeepsWhatIsStoredAndIsSeenInARunWithTerrainO
   answerBox(QStringLiteral("useTerrain"), "useTerrainAdd");
   window().takeFiles({mine});
   EXPECT_EQ(storedSetting("Terrain", "Source3"), mine + ";" + stored);
+  // In a run with terrain of its own the new is seen, too, and stored beside what is stored: the run's is
+  // not.
+  useTerrainForThisRun({sample});
+  window().activateWindow();
+  answerBox(QStringLiteral("useTerrain"), "useTerrainAdd");
+  const std::string another = trenchRaster(folder_ / "another.asc");
+  window().takeFiles({another});
+  std::string source3;
+  for (const TerrainSource& source : terrainSources())
+    if (source.code == 3)
+      for (const std::string& path : source.paths) source3 += path + ";";
+  EXPECT_EQ(source3, another + ";" + sample + ";");
+  const std::string kept = test::fileBytes(settingsFile());
+  EXPECT_NE(kept.find("another.asc"), std::string::npos) << kept;
+  EXPECT_NE(kept.find("stored.asc"), std::string::npos) << kept;
+  EXPECT_EQ(kept.find("jacksboro"), std::string::npos) << kept;
+  useTerrainForThisRun({});
 }
 
 // ---- The window ----
@@ -416,6 +709,39 @@ TEST_F(MainWindowTest, TheLineAboutSampleTerrainIsSeenWholeInTheSmallestWindow) 
     return notice->isVisible() && text->height() > 0 && text->height() >= text->heightForWidth(text->width());
   })) << text->height()
       << " of " << text->heightForWidth(text->width());
+}
+
+// Dark, and with letters twice as large as usual, as on a screen of twice the resolution.
+TEST_F(MainWindowTest, EveryTextCanBeReadInADarkPaletteAndTwiceAsLarge) {
+  started();
+  window().map().onSelectionChanged({{}, {1}});
+  window().map().hide();  // its texts are its own tests' business, and it takes its time
+  const QPalette palette = QApplication::palette();
+  const QFont font = QApplication::font();
+  const auto look = [this](const char* how) {
+    ASSERT_TRUE(waitFor([this] {
+      return window().palette() == QApplication::palette() && window().font() == QApplication::font();
+    })) << how;
+    waitFor([this] { return test::illegibleTexts(window()).isEmpty(); });
+    EXPECT_EQ(test::illegibleTexts(window()).join(u'\n').toStdString(), "") << how;
+  };
+  look("as usual");
+  QPalette dark(QColor(53, 53, 53), QColor(45, 45, 48));
+  dark.setColor(QPalette::ToolTipBase, QColor(70, 70, 40));
+  dark.setColor(QPalette::ToolTipText, Qt::white);
+  QApplication::setPalette(dark);
+  QApplication::setFont(QFont(pinnedFamily(), 18));
+  window().resize(1200, 900);
+  look("dark and large");
+  // What has no text, too: the crosses.
+  for (const char* name : {"sampleNoticeDismiss", "qt_dockwidget_closebutton"}) {
+    auto* cross = window().findChild<QAbstractButton*>(QLatin1String(name));
+    ASSERT_NE(cross, nullptr) << name;
+    const QRect place(cross->mapTo(&window(), QPoint()), cross->size());
+    EXPECT_GT(test::bestContrast(window().grab(place).toImage()), 4.5) << name;
+  }
+  QApplication::setPalette(palette);
+  QApplication::setFont(font);
 }
 
 TEST_F(MainWindowTest, TheWindowComesBackAsItWasLeft) {
@@ -496,6 +822,22 @@ TEST_F(MainWindowTest, TheKeyboardAloneDoesTheWork) {
   EXPECT_TRUE(component_->get_PFrmLoaded()) << said().toStdString();
   window().activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window(), kPatience));
+  // On the map: a station at the cross in its middle, moved by a pixel, deleted.
+  press(Qt::Key_F3, Qt::ControlModifier);
+  press(Qt::Key_Space);
+  ASSERT_EQ(window().document().plan().stations.size(), 3U);
+  const Position placed = window().document().plan().stations.rbegin()->second.position;
+  EXPECT_NEAR(placed.latitude, window().map().frame().centre().latitude, 1e-3);
+  press(Qt::Key_Escape);
+  press(Qt::Key_Up, Qt::AltModifier);
+  EXPECT_GT(window().document().plan().stations.rbegin()->second.position.latitude, placed.latitude);
+  press(Qt::Key_Delete);
+  ASSERT_EQ(window().document().plan().stations.size(), 2U);
+  const double centre = window().map().frame().centre().longitude;
+  press(Qt::Key_Right);
+  EXPECT_GT(window().map().frame().centre().longitude, centre);
+  press(Qt::Key_F8);
+  EXPECT_EQ(window().map().selection().links, std::vector<LinkId>{link});
   press(Qt::Key_R, Qt::ControlModifier);
   EXPECT_EQ(window().document().plan().links.at(link).from, 2U);
   press(Qt::Key_Z, Qt::ControlModifier);

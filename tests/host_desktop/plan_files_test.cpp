@@ -6,8 +6,10 @@
 #include <QProgressDialog>
 #include <csignal>
 
+#include "desktop/dropped_file.h"
 #include "desktop_fixture.h"
 #include "planning/plan_file.h"
+#include "zel/geodesic.h"
 
 namespace zel::host {
 namespace {
@@ -67,7 +69,33 @@ TEST_F(PlanFilesTest, ClosingWithUnsavedWorkAsks) {
   EXPECT_TRUE(Recovery((folder_ / "recovery").string()).left(problems).empty());
 }
 
+TEST_F(PlanFilesTest, AnEndOfTheProgramThatAsksNobodyKeepsTheWork) {
+  keepSeconds_ = 3600;
+  started();
+  PlanDocument& document = window().document();
+  document.apply(moveStation(document.plan(), 1, {36.39, -84.34}));
+  const Plan changed = document.plan();
+  dropWindow();  // long before the timer makes a copy
+  std::vector<std::string> problems;
+  const std::vector<LeftPlan> left = Recovery((folder_ / "recovery").string()).left(problems);
+  ASSERT_EQ(left.size(), 1U);
+  EXPECT_EQ(left.front().file.plan, changed);
+}
+
+TEST_F(PlanFilesTest, WithoutAFolderForItNoCopiesAreMadeAndThatIsSaid) {
+  const MainWindowServices homeless{{}, {}, 0};
+  window_ = std::make_unique<MainWindow>(*component_, homeless);
+  window().start({});
+  EXPECT_EQ(said(), QStringLiteral("There is no home folder; unsaved work is not kept for a crash"));
+  PlanDocument& document = window().document();
+  document.apply(moveStation(document.plan(), 1, {36.39, -84.34}));
+  dropWindow();
+  EXPECT_FALSE(std::filesystem::exists("/recovery"));
+  EXPECT_FALSE(std::filesystem::exists("recovery"));
+}
+
 TEST_F(PlanFilesTest, WorkOfTheLastSecondsOutlivesACrash) {
+  keepSeconds_ = 0;
   started();
   PlanDocument& document = window().document();
   document.apply(moveStation(document.plan(), 1, {36.39, -84.34}));
@@ -86,6 +114,10 @@ TEST_F(PlanFilesTest, WorkOfTheLastSecondsOutlivesACrash) {
   window().start({});
   EXPECT_EQ(window().document().plan(), changed);
   EXPECT_TRUE(window().document().modified());
+  // All of it is seen, as after opening a file.
+  const MapFrame shown = window().map().frame();
+  window().map().fitPlan();
+  EXPECT_EQ(window().map().frame().extent(), shown.extent());
   EXPECT_TRUE(text.startsWith(QLatin1String("Unsaved work on an untitled plan was left on ")))
       << text.toStdString();
   EXPECT_EQ(copies(), 1U);
@@ -101,6 +133,15 @@ TEST_F(PlanFilesTest, AnImportIsOneStepAndTellsWhatItLeftOut) {
   ASSERT_TRUE(waitFor([&] { return !text.isEmpty(); }));
   EXPECT_EQ(window().document().plan().stations.size(), 4U);
   EXPECT_TRUE(text.contains(QLatin1String("line 3"))) << text.toStdString();
+  // Of the same list again no station can be told from its double on the map.
+  text.clear();
+  answerBox(QStringLiteral("importSummary"), QMessageBox::Ok, &text);
+  window().takeFiles({(folder_ / "sites.csv").string()});
+  ASSERT_TRUE(waitFor([&] { return !text.isEmpty(); }));
+  EXPECT_TRUE(text.contains(QLatin1String("2 stand exactly where a station of the same name is")))
+      << text.toStdString();
+  EXPECT_EQ(window().document().plan().stations.size(), 6U);
+  action("mnuEditUndo")->trigger();
   action("mnuEditUndo")->trigger();
   EXPECT_EQ(window().document().plan(), samplePlan());
 }
@@ -140,7 +181,7 @@ TEST_F(PlanFilesTest, TheLastPlanIsOpenedAtTheNextStart) {
 
 // The program, run again by the test below it, which ends it as a crash does.
 TEST_F(PlanFilesTest, DISABLED_WorksUntilItIsKilled) {
-  const MainWindowServices kept{qEnvironmentVariable("CRASH_FOLDER").toStdString(), {}, 1};
+  const MainWindowServices kept{qEnvironmentVariable("CRASH_FOLDER").toStdString(), {}, 0};
   MainWindow window(*component_, kept);
   window.show();
   window.start({});
@@ -295,6 +336,70 @@ TEST_F(PlanFilesTest, AListOfLinksBringsTheirFrequencies) {
   const auto& links = window().document().plan().links;
   EXPECT_EQ(links.at(2).frequencyMhz, 450);
   EXPECT_FALSE(links.at(3).frequencyMhz);
+}
+
+TEST_F(PlanFilesTest, PositionsOfAListAreShiftedIntoThePlansDatum) {
+  started();
+  action("mnuViewDatum27")->trigger();
+  // WGS 84 by its definition. In Europe nothing leads from NAD-27 to NAD-83.
+  test::writeBytes(folder_ / "sites.gpx",
+                   R"(<?xml version="1.0"?><gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1">)"
+                   R"(<wpt lat="36.3" lon="-84.2"><name>Quarry</name></wpt>)"
+                   R"(<wpt lat="50" lon="10"><name>Abroad</name></wpt>)"
+                   R"(<rte><rtept lat="36.25" lon="-84.25"/><rtept lat="36.35" lon="-84.3"/></rte></gpx>)");
+  QString text;
+  answerBox(QStringLiteral("importSummary"), QMessageBox::Ok, &text);
+  window().takeFiles({(folder_ / "sites.gpx").string()});
+  ASSERT_TRUE(waitFor([&] { return !text.isEmpty(); }));
+  EXPECT_TRUE(text.contains(QLatin1String("positions shifted from WGS 84 to NAD-27"))) << text.toStdString();
+  EXPECT_TRUE(text.contains(QLatin1String("Abroad cannot be shifted to NAD-27: "))) << text.toStdString();
+  const Plan& plan = window().document().plan();
+  ASSERT_EQ(plan.stations.size(), 5U);
+  const Station& quarry = plan.stations.at(3);
+  EXPECT_EQ(quarry.name, "Quarry");
+  EXPECT_NE(quarry.position, (Position{36.3, -84.2}));
+  constexpr double kMillimetre = 1e-8;  // degrees, about
+  EXPECT_NEAR(mapPosition(quarry.position).position.latitude, 36.3, kMillimetre);
+  EXPECT_NEAR(mapPosition(quarry.position).position.longitude, -84.2, kMillimetre);
+  ASSERT_EQ(plan.links.size(), 2U)
+      << "of the route, whose points have other numbers without what is left out";
+  EXPECT_NEAR(mapPosition(plan.stations.at(plan.links.at(2).to).position).position.latitude, 36.35,
+              kMillimetre);
+
+  test::writeBytes(folder_ / "abroad.gpx",
+                   R"(<?xml version="1.0"?><gpx version="1.1" xmlns="http://www.topografix.com/GPX/1/1">)"
+                   R"(<wpt lat="50" lon="10"><name>Abroad</name></wpt></gpx>)");
+  text.clear();
+  answerBox(QStringLiteral("message"), QMessageBox::Ok, &text);
+  window().takeFiles({(folder_ / "abroad.gpx").string()});
+  ASSERT_TRUE(waitFor([&] { return !text.isEmpty(); }));
+  EXPECT_TRUE(
+      text.startsWith(QLatin1String("abroad.gpx cannot be imported; nothing was added.\nAbroad cannot be "
+                                    "shifted to NAD-27: ")))
+      << text.toStdString();
+
+  test::writeBytes(folder_ / "sites.csv", "name,lat,lon\nMill,36.31,-84.21\n");
+  text.clear();
+  answerBox(QStringLiteral("importSummary"), QMessageBox::Ok, &text);
+  window().takeFiles({(folder_ / "sites.csv").string()});
+  ASSERT_TRUE(waitFor([&] { return !text.isEmpty(); }));
+  EXPECT_TRUE(text.contains(QLatin1String("positions taken as NAD-27, the plan's datum")))
+      << text.toStdString();
+  EXPECT_EQ(plan.stations.at(6).position, (Position{36.31, -84.21}));
+}
+
+TEST_F(PlanFilesTest, WhatAFileIsIsToldByItsContentAndItsName) {
+  const auto kind = [this](const char* name, const char* bytes) {
+    test::writeBytes(folder_ / name, bytes);
+    return droppedKind((folder_ / name).string());
+  };
+  for (const char* name : {"a.csv", "a.TSV", "a.txt", "a.kml", "a.kmz", "a.gpx", "a.json", "a.geojson",
+                           "a.geojsonl", "a.geojsons", "a.ndjson", "a.jsonl"})
+    EXPECT_EQ(kind(name, "x"), DroppedKind::kStations) << name;
+  EXPECT_EQ(kind("plan.txt", "\n {\"format\": \"terrain-profiler plan\""), DroppedKind::kPlan);
+  EXPECT_EQ(kind("a.tif", "II*"), DroppedKind::kTerrain);
+  EXPECT_EQ(droppedKind(folder_.path().string()), DroppedKind::kTerrain);
+  EXPECT_EQ(droppedKind("/nowhere/a.csv"), DroppedKind::kUnreadable);
 }
 
 TEST_F(PlanFilesTest, AnImportThatIsCancelledAddsNothing) {

