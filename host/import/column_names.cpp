@@ -56,9 +56,10 @@ bool take(Words& words, List list) {
   return std::erase_if(words, [&](const std::string& word) { return isOneOf(word, list); }) > 0;
 }
 
-constexpr auto kLatitude = {"lat", "latitude", "latitud", "latitudine", "breite", "breitengrad"};
-constexpr auto kLongitude = {"lon",         "lng",   "long",   "longitude",  "longitud",
-                             "longitudine", "lange", "laenge", "langengrad", "laengengrad"};
+constexpr auto kLatitude = {"lat",    "latitude",    "latitud",     "latitudine",
+                            "breite", "breitengrad", "breedtegraad"};
+constexpr auto kLongitude = {"lon",   "lng",    "long",       "longitude",   "longitud",   "longitudine",
+                             "lange", "laenge", "langengrad", "laengengrad", "lengtegraad"};
 
 bool isLatitude(const std::string& word) {
   return std::find(kLatitude.begin(), kLatitude.end(), word) != kLatitude.end();
@@ -114,25 +115,59 @@ std::optional<ColumnRole> anglePartRole(Words words) {
 }
 
 bool isAntenna(const Words& words) {
-  const bool height =
-      anyOf(words, {"height", "heights", "ht", "hgt", "h", "agl", "antenna", "ant", "hauteur", "hohe",
-                    "hoehe", "altura", "altezza", "antennenhohe", "antennenhoehe", "hag", "haat"});
+  const bool height = anyOf(words, {"height", "heights", "ht", "hgt", "h", "agl", "antenna", "ant", "hauteur",
+                                    "hohe", "hoehe", "altura", "altezza", "antennenhohe", "antennenhoehe",
+                                    "hoogte", "antennehoogte", "hag", "haat"});
   return height && std::all_of(words.begin(), words.end(), [](const std::string& word) {
-           return isOneOf(word, {"height",       "heights",       "ht",    "hgt",     "h",
-                                 "agl",          "antenna",       "ant",   "antenne", "antena",
-                                 "hauteur",      "hohe",          "hoehe", "altura",  "altezza",
-                                 "antennenhohe", "antennenhoehe", "above", "ground",  "level",
-                                 "hag",          "uber",          "ueber", "grund",   "center",
-                                 "centre",       "radiation",     "de",    "mast",    "tower"});
+           return isOneOf(word, {"height",
+                                 "heights",
+                                 "ht",
+                                 "hgt",
+                                 "h",
+                                 "agl",
+                                 "antenna",
+                                 "ant",
+                                 "antenne",
+                                 "antena",
+                                 "hauteur",
+                                 "hohe",
+                                 "hoehe",
+                                 "altura",
+                                 "altezza",
+                                 "antennenhohe",
+                                 "antennenhoehe",
+                                 "above",
+                                 "ground",
+                                 "level",
+                                 "hag",
+                                 "uber",
+                                 "ueber",
+                                 "grund",
+                                 "center",
+                                 "centre",
+                                 "radiation",
+                                 "hoogte",
+                                 "antennehoogte",
+                                 "de",
+                                 "d",
+                                 "da",
+                                 "do",
+                                 "di",
+                                 "del",
+                                 "della",
+                                 "dell",
+                                 "mast",
+                                 "tower"});
          });
 }
 
 int nameRank(const std::string& joined) {
-  constexpr std::array kNames = {
-      "name",        "stationname", "sitename", "station",      "site",      "title",       "label",
-      "link",        "linkname",    "path",     "hop",          "nom",       "nombre",      "nome",
-      "bezeichnung", "standort",    "place",    "locationname", "towername", "callsign",    "call",
-      "stationid",   "siteid",      "code",     "id",           "location",  "description", "desc"};
+  constexpr std::array kNames = {"name",        "stationname", "sitename",    "station",      "site",
+                                 "title",       "label",       "link",        "linkname",     "path",
+                                 "hop",         "nom",         "nombre",      "nome",         "naam",
+                                 "bezeichnung", "standort",    "place",       "locationname", "towername",
+                                 "callsign",    "call",        "stationid",   "siteid",       "code",
+                                 "id",          "location",    "description", "desc"};
   const auto found = std::find(kNames.begin(), kNames.end(), joined);
   return found == kNames.end() ? -1 : static_cast<int>(found - kNames.begin());
 }
@@ -149,7 +184,7 @@ void takeSide(Words& words, ColumnMeaning& meaning) {
   if (take(words, {"2", "b", "to", "rx", "end", "far", "receiver"})) meaning.side = 2;
 }
 
-bool takeFrequency(Words words, ColumnMeaning& meaning) {
+bool takeFrequency(const Words& words, ColumnMeaning& meaning) {
   if (!anyOf(words, {"frequency", "freq", "frequenz", "frequence", "frecuencia", "mhz", "ghz"})) return false;
   meaning.role = ColumnRole::kFrequency;
   meaning.unit = anyOf(words, {"ghz"}) ? 1e3 : anyOf(words, {"khz"}) ? 1e-3 : anyOf(words, {"hz"}) ? 1e-6 : 1;

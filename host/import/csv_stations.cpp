@@ -11,16 +11,15 @@
 #include "import/column_names.h"
 #include "import/csv_records.h"
 #include "import/formats.h"
+#include "import/place_text.h"
 #include "import/station_collector.h"
-#include "zel/coordinates.h"
 
 namespace zel::host {
 namespace {
 
 constexpr std::size_t kSampleBytes = 64U << 10;
-constexpr std::size_t kSampleRows = 20;        // by which delimiter and columns are told
-constexpr std::size_t kLongestPosition = 200;  // bytes of a field with degrees
-constexpr std::size_t kMostNamed = 12;         // columns in a note
+constexpr std::size_t kSampleRows = 20;  // by which delimiter and columns are told
+constexpr std::size_t kMostNamed = 12;   // columns in a note
 constexpr double kMetre = 1, kMegahertz = 1;
 
 struct Column {
@@ -60,78 +59,6 @@ struct Row {
   std::size_t line = 0;
   bool fromComment = false;
 };
-
-struct Place {
-  double latitude = 0, longitude = 0;
-  std::optional<double> height;  // metres
-  std::string error;
-};
-
-// Degrees with a decimal comma; a text with two of them, or with a point, keeps its comma.
-std::string withDecimalPoint(std::string_view text) {
-  std::string point(text);
-  if (std::count(point.begin(), point.end(), ',') == 1 && point.find('.') == std::string::npos)
-    std::replace(point.begin(), point.end(), ',', '.');
-  return point;
-}
-
-Place placeOfText(const std::string& text) {
-  const ParsedStation parsed = parseStationText(text);
-  // The column that it names is not one of the file's.
-  if (!parsed.station) return {0, 0, std::nullopt, parsed.error.substr(0, parsed.error.rfind(" (column "))};
-  const Position& position = parsed.station->position;
-  return {position.latitude, position.longitude, parsed.station->height, {}};
-}
-
-Place placeOfTwo(std::string_view latitude, std::string_view longitude) {
-  const auto north = decimalNumber(latitude), east = decimalNumber(longitude);
-  if (north && east) return {*north, *east, std::nullopt, {}};
-  if (latitude.empty() || longitude.empty())
-    return {0, 0, std::nullopt, latitude.empty() ? "there is no latitude" : "there is no longitude"};
-  if (latitude.size() > kLongestPosition || longitude.size() > kLongestPosition)
-    return {0, 0, std::nullopt, "its position is too long"};
-  const auto both = withDecimalPoint(latitude) + "," + withDecimalPoint(longitude);
-  if (std::count(both.begin(), both.end(), ',') + std::count(both.begin(), both.end(), ';') > 1)
-    return {0, 0, std::nullopt, shownText(latitude) + ", " + shownText(longitude) + " is no position"};
-  Place place = placeOfText(both);
-  if (!place.error.empty())
-    place.error = shownText(latitude) + ", " + shownText(longitude) + ": " + place.error;
-  return place;
-}
-
-// "POINT (-84.25 36.31)", as geographic programs write it: longitude first.
-std::optional<Place> placeOfPoint(std::string_view text) {
-  constexpr std::string_view kPoint = "point";
-  for (std::size_t i = 0; i < kPoint.size(); ++i)
-    if (i >= text.size() || (text[i] | 0x20) != kPoint[i]) return std::nullopt;
-  const std::size_t open = text.find('('), close = text.find(')');
-  Place place;
-  if (open != std::string_view::npos && close != std::string_view::npos && open < close) {
-    const std::string_view inner = withoutBlanks(text.substr(open + 1, close - open - 1));
-    const std::size_t blank = inner.find(' ');
-    const std::string_view rest = blank == std::string_view::npos ? "" : withoutBlanks(inner.substr(blank));
-    const auto east = decimalNumber(inner.substr(0, blank)),
-               north = decimalNumber(rest.substr(0, rest.find(' ')));
-    if (east && north) return Place{*north, *east, std::nullopt, {}};
-  }
-  place.error = shownText(text) + " is no point";
-  return place;
-}
-
-Place placeOfOne(std::string_view text) {
-  if (text.empty()) return {0, 0, std::nullopt, "there is no position"};
-  if (text.size() > kLongestPosition) return {0, 0, std::nullopt, "its position is too long"};
-  if (auto point = placeOfPoint(text)) return *point;
-  // Numbers beyond their range are told by the collector, in one way for all formats.
-  const std::size_t comma = text.find(',');
-  if (comma != std::string_view::npos && text.find(',', comma + 1) == std::string_view::npos)
-    if (const auto north = decimalNumber(text.substr(0, comma)), east = decimalNumber(text.substr(comma + 1));
-        north && east)
-      return {*north, *east, std::nullopt, {}};
-  Place place = placeOfText(std::string(text));
-  if (!place.error.empty()) place.error = shownText(text) + ": " + place.error;
-  return place;
-}
 
 template <typename Fields>
 std::string_view fieldAt(const Fields& fields, const std::optional<Column>& column) {
@@ -187,6 +114,22 @@ Place placeOf(const Fields& fields, const EndColumns& columns) {
   if (!north.error.empty() || !east.error.empty())
     return {0, 0, std::nullopt, !north.error.empty() ? north.error : east.error};
   return placeOfTwo(north.text, east.text);
+}
+
+// "1,200 ft" is "1200 ft"; where the digits are not in threes, the text stays.
+std::string withoutGroups(std::string_view text) {
+  const std::size_t end = std::min(text.find_first_not_of("0123456789,"), text.size());
+  const std::string_view number = text.substr(0, end);
+  const std::size_t first = number.find(',');
+  if (first == 0 || first > 3 || first == std::string_view::npos || (number.size() - first) % 4 != 0)
+    return std::string(text);
+  std::string digits(number.substr(0, first));
+  for (std::size_t i = first; i < number.size(); i += 4) {
+    if (number[i] != ',' || number.substr(i + 1, 3).find(',') != std::string_view::npos)
+      return std::string(text);
+    digits += number.substr(i + 1, 3);
+  }
+  return digits + std::string(text.substr(end));
 }
 
 void keepBetter(std::optional<Column>& kept, const Column& column) {
@@ -416,10 +359,14 @@ std::string listed(const std::vector<std::string>& names) {
 
 class CsvReader {
  public:
-  CsvReader(const Layout& layout, StationCollector& collector) : layout_(layout), collector_(collector) {}
+  CsvReader(const Layout& layout, char delimiter, StationCollector& collector)
+      : layout_(layout), delimiter_(delimiter), collector_(collector) {}
 
   void take(const CsvRecords& records) {
     const auto& fields = records.fields();
+    if (!layout_.links)
+      if (const auto line = lineOfText(fieldAt(fields, layout_.ends[0].position)))
+        return takeLine(*line, fields, records.line());
     FoundStation from, to;
     if (!endOf(fields, 0, records.line(), from)) return;
     if (!layout_.links) return collector_.addStation(from, records.line());
@@ -446,10 +393,36 @@ class CsvReader {
     station.longitude = place.longitude;
     station.antennaM = place.height;
     if (const std::string_view height = fieldAt(fields, columns.antenna); !height.empty()) {
-      station.antennaM = lengthText(height, columns.antenna->unit);
+      station.antennaM =
+          lengthText(groupsByCommas(fields, columns) ? withoutGroups(height) : std::string(height),
+                     columns.antenna->unit);
       if (!station.antennaM) ++unreadableHeights_;
     }
     return true;
+  }
+
+  void takeLine(const LineText& line, const Fields& fields, std::size_t number) {
+    if (!line.error.empty()) return collector_.leaveOut(number, line.error);
+    FoundStation from, to;
+    const auto place = [](const Place& at, FoundStation& end) {
+      end.latitude = at.latitude;
+      end.longitude = at.longitude;
+    };
+    place(line.from, from);
+    place(line.to, to);
+    nameEnds(std::string(fieldAt(fields, layout_.ends[0].name)), from, to);
+    collector_.addLine(from, to, number, std::nullopt);
+  }
+
+  // Whether a comma in a height stands between thousands and hundreds. Where the degrees have a decimal
+  // point, or commas part the columns, it is no decimal comma; unless the degrees have one.
+  bool groupsByCommas(const Fields& fields, const EndColumns& columns) const {
+    bool point = false, comma = false;
+    for (const auto& column : {columns.position, columns.latitude, columns.longitude}) {
+      point = point || fieldAt(fields, column).find('.') != std::string_view::npos;
+      comma = comma || fieldAt(fields, column).find(',') != std::string_view::npos;
+    }
+    return point || (delimiter_ == ',' && !comma);
   }
 
   static void nameEnds(const std::string& link, FoundStation& from, FoundStation& to) {
@@ -461,12 +434,11 @@ class CsvReader {
 
   std::optional<double> frequencyOf(const Fields& fields) const {
     if (!layout_.frequency) return std::nullopt;
-    std::string_view text = fieldAt(fields, layout_.frequency);
-    const auto number = decimalNumber(text.substr(0, text.find_last_of("0123456789.") + 1));
-    return number ? std::optional(*number * layout_.frequency->unit) : std::nullopt;
+    return frequencyText(fieldAt(fields, layout_.frequency), layout_.frequency->unit);
   }
 
   const Layout& layout_;
+  char delimiter_;
   StationCollector& collector_;
   std::size_t unreadableHeights_ = 0;
 };
@@ -499,6 +471,16 @@ std::string namedColumns(const Layout& layout) {
   return list;
 }
 
+// A first row without any digit is one of names, in words that mean nothing here.
+bool hasUnknownNames(const Dialect& dialect) {
+  if (dialect.layout->header || dialect.sample.empty()) return false;
+  const Row& first = dialect.sample.front();
+  return first.fields.size() > 1 && !first.fromComment &&
+         std::all_of(first.fields.begin(), first.fields.end(), [](const std::string& field) {
+           return field.find_first_of("0123456789") == std::string::npos;
+         });
+}
+
 void tellLayout(const Dialect& dialect, StationCollector& collector) {
   const Layout& layout = *dialect.layout;
   if (layout.columns > 1) collector.note(std::string("delimiter ") + nameOf(dialect.delimiter));
@@ -510,7 +492,9 @@ void tellLayout(const Dialect& dialect, StationCollector& collector) {
                                                              : "latitude, longitude";
     if (end.antenna) columns += ", antenna height";
     if (layout.links) columns += ", and the same of the other end";
-    collector.note("the first line names no columns; read as " + columns);
+    collector.note((hasUnknownNames(dialect) ? "the names of the columns are not understood; read as "
+                                             : "the first line names no columns; read as ") +
+                   columns);
   }
   for (const EndColumns& end : layout.ends)
     if (end.antenna && end.antenna->unit != kMetre) {
@@ -553,15 +537,16 @@ ImportedStations csvStations(std::string_view text, const std::string& name, con
         "the "
         "first line, as in \"name,latitude,longitude,height\"");
   const Layout& layout = *dialect.layout;
+  const bool unknownNames = hasUnknownNames(dialect);
   const std::size_t headerLine =
-      layout.header ? dialect.sample[layout.headerRow].line + firstLine - 1 : std::size_t{0};
+      layout.header || unknownNames ? dialect.sample[layout.headerRow].line + firstLine - 1 : std::size_t{0};
   if (!layout.problem.empty())
     return std::move(collector).refuse("line " + std::to_string(headerLine) + ": " + layout.problem);
 
   tellLayout(dialect, collector);
-  CsvReader reader(layout, collector);
+  CsvReader reader(layout, dialect.delimiter, collector);
   CsvRecords records(text, dialect.delimiter, firstLine);
-  const bool headerIsRow = layout.header && !dialect.sample[layout.headerRow].fromComment;
+  const bool headerIsRow = unknownNames || (layout.header && !dialect.sample[layout.headerRow].fromComment);
   while (records.next()) {
     if (!collector.advance(static_cast<double>(records.position()) / static_cast<double>(text.size()))) break;
     if (records.openQuote()) {

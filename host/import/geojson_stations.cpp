@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <iterator>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -14,46 +13,13 @@
 #include "import/column_names.h"
 #include "import/formats.h"
 #include "import/station_collector.h"
+#include "planning/watched_text.h"
 
 namespace zel::host {
 namespace {
 
 constexpr std::size_t kDeepestJson = 100;
 constexpr std::size_t kMostSeen = 40;  // bytes of a name of a coordinate system
-
-// Where the parser is; it reads one character ahead.
-struct JsonProgress {
-  std::size_t line = 1, bytes = 0;
-};
-
-class CountingIterator {
- public:
-  using iterator_category = std::input_iterator_tag;
-  using value_type = char;
-  using difference_type = std::ptrdiff_t;
-  using pointer = const char*;
-  using reference = const char&;
-
-  CountingIterator(const char* at, JsonProgress* progress) : at_(at), progress_(progress) {}
-  reference operator*() const { return *at_; }
-  CountingIterator& operator++() {
-    if (*at_ == '\n') ++progress_->line;
-    ++progress_->bytes;
-    ++at_;
-    return *this;
-  }
-  CountingIterator operator++(int) {
-    CountingIterator before = *this;
-    ++*this;
-    return before;
-  }
-  friend bool operator==(const CountingIterator& a, const CountingIterator& b) { return a.at_ == b.at_; }
-  friend bool operator!=(const CountingIterator& a, const CountingIterator& b) { return a.at_ != b.at_; }
-
- private:
-  const char* at_;
-  JsonProgress* progress_;
-};
 
 // The parser's last token may have what stands before it.
 std::string tailOf(const std::string& token) {
@@ -89,7 +55,7 @@ class GeoJsonReader {
   using string_t = std::string;
   using binary_t = nlohmann::json::binary_t;
 
-  GeoJsonReader(StationCollector& collector, const JsonProgress& progress, std::size_t size)
+  GeoJsonReader(StationCollector& collector, const TextProgress& progress, std::size_t size)
       : collector_(collector), progress_(progress), size_(static_cast<double>(size) + 1) {}
 
   bool null() {
@@ -278,8 +244,8 @@ class GeoJsonReader {
       const auto height = value ? std::optional(*value * meaning.unit) : lengthText(text, meaning.unit);
       if (height) current.antennaM = height;
     } else if (meaning.role == ColumnRole::kFrequency) {
-      if (!value) value = decimalNumber(text);
-      if (value) current.frequencyMhz = *value * meaning.unit;
+      const auto frequency = value ? std::optional(*value * meaning.unit) : frequencyText(text, meaning.unit);
+      if (frequency) current.frequencyMhz = frequency;
     }
   }
 
@@ -336,7 +302,7 @@ class GeoJsonReader {
   }
 
   StationCollector& collector_;
-  const JsonProgress& progress_;
+  const TextProgress& progress_;
   double size_;
   std::vector<Place> places_;
   std::string key_, error_, crs_;
@@ -354,7 +320,7 @@ bool isPlainDegrees(const std::string& crs) {
 constexpr char kRecordSeparator = '\x1E';  // may stand before each text of a sequence
 
 // Goes on to the next text; whether there is one.
-bool skipToText(std::string_view text, JsonProgress& progress) {
+bool skipToText(std::string_view text, TextProgress& progress) {
   for (; progress.bytes < text.size(); ++progress.bytes) {
     const char c = text[progress.bytes];
     if (c == '\n') ++progress.line;
@@ -378,7 +344,7 @@ class GeoJsonTexts {
   // Why nothing can be taken; empty when all was read, or the collector is cancelled.
   std::string read() {
     while (!collector_.cancelled() && skipToText(text_, progress_)) {
-      const JsonProgress start = progress_;
+      const TextProgress start = progress_;
       // A second text in a file makes it a sequence.
       sequence_ = sequence_ || (start.bytes > 0 && readOne_ && text_[start.bytes] == '{');
       reader_.begin();
@@ -388,7 +354,7 @@ class GeoJsonTexts {
         continue;
       }
       if (collector_.cancelled()) break;
-      const std::string error = begins && !reader_.error().empty() ? reader_.error() : damagedAt(start);
+      std::string error = begins && !reader_.error().empty() ? reader_.error() : damagedAt(start);
       if (!sequence_) return error;
       collector_.leaveOut(start.line, error.substr(error.find(": ") + 2));
       goBehindLine(start);
@@ -400,13 +366,11 @@ class GeoJsonTexts {
 
  private:
   bool parse() {
-    const char* end = text_.data() + text_.size();
-    return nlohmann::json::sax_parse(CountingIterator(text_.data() + progress_.bytes, &progress_),
-                                     CountingIterator(end, &progress_), &reader_,
-                                     nlohmann::json::input_format_t::json, false);
+    return nlohmann::json::sax_parse(WatchedText::begin(text_, progress_), WatchedText::end(text_, progress_),
+                                     &reader_, nlohmann::json::input_format_t::json, false);
   }
 
-  std::string damagedAt(const JsonProgress& start) const {
+  std::string damagedAt(const TextProgress& start) const {
     constexpr std::size_t kShown = 12;  // bytes
     return "line " + std::to_string(start.line) + ": the JSON is damaged at " +
            shownText(
@@ -414,15 +378,15 @@ class GeoJsonTexts {
   }
 
   // An object that does not end takes following lines with it, which are read again.
-  void goBehindLine(const JsonProgress& start) {
+  void goBehindLine(const TextProgress& start) {
     const std::size_t end = std::min(text_.find('\n', start.bytes), text_.size());
-    progress_ = {start.line, end};
+    progress_ = {end, start.line};
   }
 
   std::string_view text_;
   bool sequence_, readOne_ = false;
   StationCollector& collector_;
-  JsonProgress progress_;
+  TextProgress progress_;
   GeoJsonReader reader_;
 };
 

@@ -91,7 +91,7 @@ class KmlReader : public XmlListener {
     if (meaning.role == ColumnRole::kAntenna) {
       if (const auto height = lengthText(text, meaning.unit)) placemark_.antennaM = height;
     } else if (meaning.role == ColumnRole::kFrequency) {
-      if (const auto frequency = decimalNumber(text)) placemark_.frequencyMhz = *frequency * meaning.unit;
+      if (const auto frequency = frequencyText(text, meaning.unit)) placemark_.frequencyMhz = frequency;
     } else if (meaning.role == ColumnRole::kName && !withoutBlanks(text).empty()) {
       if (placemark_.otherName.empty()) placemark_.otherName = text;
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 #include "import/column_names.h"
 
@@ -37,6 +38,23 @@ std::string shownPosition(const FoundStation& station) {
 
 std::string theyGet(std::size_t count, double antennaM) {
   return (count == 1 ? "; it gets " : "; they get ") + shownNumber(antennaM) + " m";
+}
+
+// "100 ft": a number, and in lower case what stands behind it.
+struct Measure {
+  double number = 0;
+  std::string unit;
+};
+
+std::optional<Measure> measureOf(std::string_view text) {
+  text = withoutBlanks(text);
+  const std::size_t letters = std::min(text.find_last_of("0123456789.,") + 1, text.size());
+  const auto number = decimalNumber(text.substr(0, letters));
+  if (!number) return std::nullopt;
+  Measure measure{*number, {}};
+  for (const char c : withoutBlanks(text.substr(letters)))
+    measure.unit += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  return measure;
 }
 
 }  // namespace
@@ -86,19 +104,31 @@ std::optional<double> decimalNumber(std::string_view text) {
 }
 
 std::optional<double> lengthText(std::string_view text, double unit) {
-  text = withoutBlanks(text);
-  const std::size_t letters = std::min(text.find_last_of("0123456789.,") + 1, text.size());
-  std::string name;
-  for (const char c : withoutBlanks(text.substr(letters)))
-    name += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  const auto measure = measureOf(text);
+  if (!measure) return std::nullopt;
+  const std::string& name = measure->unit;
   if (name == "ft" || name == "feet" || name == "foot" || name == "'")
     unit = kMetresPerFoot;
   else if (name == "m" || name == "metres" || name == "meters")
     unit = 1;
   else if (!name.empty())
     return std::nullopt;
-  const auto number = decimalNumber(text.substr(0, letters));
-  return number ? std::optional(*number * unit) : std::nullopt;
+  return measure->number * unit;
+}
+
+std::optional<double> frequencyText(std::string_view text, double unit) {
+  if (withoutBlanks(text).empty()) return std::nullopt;
+  const auto measure = measureOf(text);
+  const std::string name = measure ? measure->unit : "none";
+  if (name == "ghz")
+    unit = 1e3;
+  else if (name == "mhz")
+    unit = 1;
+  else if (name == "khz")
+    unit = 1e-3;
+  else if (!name.empty())
+    return std::numeric_limits<double>::quiet_NaN();
+  return measure->number * unit;
 }
 
 StationCollector::StationCollector(const ImportOptions& options, std::string kind,

@@ -94,6 +94,9 @@ std::string shownNumber(double value);
 std::optional<double> decimalNumber(std::string_view text);
 // A length in metres: "30", "30 m", "98.4 ft"; `unit` in metres where the text names none.
 std::optional<double> lengthText(std::string_view text, double unit);
+// A frequency in MHz: "450", "6.2 GHz"; `unit` in MHz where the text names none. What is no frequency is no
+// number (NaN), so that it counts as one that cannot be taken; an empty text is none at all.
+std::optional<double> frequencyText(std::string_view text, double unit);
 std::string_view withoutBlanks(std::string_view text);
 
 }  // namespace zel::host

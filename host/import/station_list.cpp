@@ -152,7 +152,8 @@ std::string importSummary(const ImportedStations& result, std::size_t lines) {
   if (result.skipped > 0) {
     rows.push_back(counted(result.skipped, "entry was left out:", "entries were left out:"));
     for (const ImportProblem& problem : result.problems)
-      rows.push_back((problem.line > 0 ? "line " + std::to_string(problem.line) + ": " : "") + problem.text);
+      rows.push_back("    " + (problem.line > 0 ? "line " + std::to_string(problem.line) + ": " : "") +
+                     problem.text);
   }
   const std::size_t hidden = result.skipped - result.problems.size();
   const bool cut = rows.size() > lines || hidden > 0;

@@ -53,7 +53,7 @@ ImportedStations importStations(const std::string& path, const ImportOptions& op
 ImportedStations importStationsFrom(const std::string& bytes, const std::string& name,
                                     const ImportOptions& options = {});
 
-// "The 3 rows that were left out: line 7: ...", for a box; at most `lines` lines.
+// What was found, how it was read, and what was left out, indented, for a box; at most `lines` lines.
 std::string importSummary(const ImportedStations& result, std::size_t lines = 12);
 
 }  // namespace zel::host

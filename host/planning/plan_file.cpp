@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <iterator>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <string_view>
@@ -14,6 +13,7 @@
 #include "planning/plan_json.h"
 #include "planning/short_number.h"
 #include "planning/utf8_text.h"
+#include "planning/watched_text.h"
 #include "planning/whole_file.h"
 
 namespace zel::host {
@@ -163,34 +163,6 @@ std::string shown(std::string_view text) {
   return "\"" + tidyName(std::string(start)) + (start.size() < text.size() ? "..." : "") + "\"";
 }
 
-// Runs over the text and leaves behind how far it came.
-class WatchedText {
- public:
-  using iterator_category = std::input_iterator_tag;
-  using value_type = char;
-  using difference_type = std::ptrdiff_t;
-  using pointer = const char*;
-  using reference = const char&;
-
-  WatchedText(const char* at, const char** reached) : at_(at), reached_(reached) {}
-  reference operator*() const { return *at_; }
-  WatchedText& operator++() {
-    *reached_ = ++at_;
-    return *this;
-  }
-  WatchedText operator++(int) {
-    const WatchedText before = *this;
-    ++*this;
-    return before;
-  }
-  friend bool operator==(const WatchedText& a, const WatchedText& b) { return a.at_ == b.at_; }
-  friend bool operator!=(const WatchedText& a, const WatchedText& b) { return a.at_ != b.at_; }
-
- private:
-  const char* at_;
-  const char** reached_;
-};
-
 struct JsonValue {
   enum class Kind { kNull, kTruth, kNumber, kText, kList, kObject };
   Kind kind = Kind::kNull;
@@ -232,7 +204,7 @@ constexpr std::array<const char*, 3> kRecoveryMembers{"original", "saved_at", "o
 // the end unless the text turns out to be no plan, or a later version's.
 class PlanReader : public nlohmann::json_sax<nlohmann::json> {
  public:
-  PlanReader(std::string_view text, const char* const& reached) : text_(text), reached_(reached) {}
+  PlanReader(std::string_view text, const TextProgress& read) : text_(text), read_(read) {}
 
   bool null() override { return value({}); }
   bool boolean(bool) override { return value({JsonValue::Kind::kTruth, 0, 0, false, nullptr}); }
@@ -264,7 +236,6 @@ class PlanReader : public nlohmann::json_sax<nlohmann::json> {
     unsigned seen = 0;      // members that have been there, a bit each
   };
 
-  std::size_t read() const { return static_cast<std::size_t>(reached_ - text_.data()); }
   // Where the next thing that the parser tells of begins.
   std::size_t nextBegin() const {
     return std::min(text_.find_first_not_of(" \t\r\n,:", told_), text_.size());
@@ -272,7 +243,7 @@ class PlanReader : public nlohmann::json_sax<nlohmann::json> {
   // To be called once for each. Behind a number the parser has read one character more, which separates.
   void advance() {
     begin_ = nextBegin();
-    told_ = read();
+    told_ = read_.bytes;
   }
   void complain(std::size_t offset, const std::string& what);
   bool stop(std::size_t offset, const std::string& what);
@@ -304,7 +275,7 @@ class PlanReader : public nlohmann::json_sax<nlohmann::json> {
   void checkFormat() const;
 
   std::string_view text_;
-  const char* const& reached_;
+  const TextProgress& read_;
   std::size_t told_ = 0;   // as far as the parser has told what it read
   std::size_t begin_ = 0;  // of what it told last
   std::vector<Frame> frames_;
@@ -609,8 +580,8 @@ bool PlanReader::parse_error(std::size_t, const std::string& token,
   const std::size_t dash = what.find(" - ");
   std::string_view reason = dash == std::string_view::npos ? "no JSON" : what.substr(dash + 3);
   reason = reason.substr(0, reason.find("; "));
-  if (reason == "unexpected end of input") return stop(read(), "the file ends in the middle");
-  return stop(read() == 0 ? 0 : read() - 1, "this is no JSON here: " + std::string(reason));
+  if (reason == "unexpected end of input") return stop(read_.bytes, "the file ends in the middle");
+  return stop(read_.bytes == 0 ? 0 : read_.bytes - 1, "this is no JSON here: " + std::string(reason));
 }
 
 void PlanReader::checkFormat() const {
@@ -702,10 +673,9 @@ PlanFile readPlanText(const std::string& whole, std::optional<PlanOrigin>& origi
   const std::string_view text = withoutMark(whole);
   checkEncoding(text);
   if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) throw PlanFileError("the file is empty");
-  const char* reached = text.data();
-  PlanReader reader(text, reached);
-  nlohmann::json::sax_parse(WatchedText(text.data(), &reached),
-                            WatchedText(text.data() + text.size(), &reached), &reader);
+  TextProgress read;
+  PlanReader reader(text, read);
+  nlohmann::json::sax_parse(WatchedText::begin(text, read), WatchedText::end(text, read), &reader);
   return reader.finish(origin);
 }
 

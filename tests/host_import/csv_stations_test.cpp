@@ -23,7 +23,9 @@ TEST(CsvStations, TakesTheNamesOfColumnsInAnyOrderAndCaseAndManyWords) {
   for (const char* header :
        {"LAT,LON,NAME,H", "Latitude,Longitude,Station,Antenna", "y,x,Site,ht", "lat_wgs84,lng,id,AGL",
         " Lat. , Long. ,Call Sign,Antenna Height (m)", "Breite,L\xC3\xA4nge,Standort,H\xC3\xB6he",
-        "Latitud,Longitud,Nombre,Altura", "siteLatitude,siteLongitude,siteName,antennaHeightAgl",
+        "Latitud,Longitud,Nombre,Altura", "Breedtegraad,Lengtegraad,Naam,Hoogte",
+        "Latitude,Longitude,Nome,Altura da antena (m)", "Latitude,Longitude,Nom,Hauteur d'antenne",
+        "siteLatitude,siteLongitude,siteName,antennaHeightAgl",
         "Latitude (deg),Longitude (deg),Label,Height above ground [m]"}) {
     const auto result = importText(std::string(header) + "\n36.4,-84.3,Hill,25\n");
     EXPECT_EQ(stationTexts(result), expected) << header << ": " << importSummary(result);
@@ -132,6 +134,25 @@ TEST(CsvStations, ReadsOneColumnWithBothCoordinates) {
             Texts{"Hill 36.4 -84.3 30"});
 }
 
+TEST(CsvStations, TakesALineOfTwoPointsInAPositionsColumnAsALink) {
+  const auto result = importText(
+      "WKT,name\n\"POINT Z (-84.3 36.4 250)\",Hill\n\"LINESTRING (-84.3 36.4, -84.1 36.2)\",Hop\n"
+      "\"LineString Z (1 1 0,1 2 0,1 3 0)\",Way\nLINESTRING EMPTY,None\n\"LINESTRING (1 2, x 3)\",Bad\n");
+  EXPECT_EQ(stationTexts(result), (Texts{"Hill 36.4 -84.3 30", "Hop B 36.2 -84.1 30"}));
+  EXPECT_EQ(result.links, (Links{{0, 1}}));
+  EXPECT_EQ(problemTexts(result),
+            (Texts{"4: a line of 3 points is no link", "5: the ends of the line are no positions",
+                   "6: the ends of the line are no positions"}));
+}
+
+TEST(CsvStations, SaysThatNamesOfColumnsAreNotUnderstood) {
+  // In Russian: name, latitude, longitude.
+  const auto result = importText("\xD0\x98\xD0\xBC\xD1\x8F;\xD0\xA8;\xD0\x94\nHill;36.4;-84.3\nBad;99;1\n");
+  EXPECT_EQ(stationTexts(result), Texts{"Hill 36.4 -84.3 30"});
+  EXPECT_TRUE(hasNote(result, "the names of the columns are not understood; read as name, latitude"));
+  EXPECT_EQ(problemTexts(result), Texts{"3: latitude 99 is not from -90 to 90"});
+}
+
 TEST(CsvStations, ReadsRowsWithoutNamesOfColumnsByTheirContent) {
   EXPECT_EQ(stationTexts(importText("36.4,-84.3,20,Hill\n36.5,-84.2,25,Dale\n")),
             (Texts{"Hill 36.4 -84.3 20", "Dale 36.5 -84.2 25"}));
@@ -166,6 +187,13 @@ TEST(CsvStations, ReadsTheNamesOfBothEndsAndFrequenciesInGigahertz) {
   EXPECT_EQ(result.links, (Links{{0, 1}, {0, 2}, {3, 2}}));
   EXPECT_EQ(result.frequenciesMhz, (std::vector<std::optional<double>>{6400, std::nullopt, 7000}));
   EXPECT_TRUE(hasNote(result, "1 frequency not from 20 to 20000 MHz not taken"));
+  const auto units = importText(
+      "lat1,lon1,lat2,lon2,frequency\n36,-84,36.1,-84,6.2 GHz\n36,-84,36.2,-84,450 "
+      "MHz\n36,-84,36.3,-84,high\n"
+      "36,-84,36.4,-84,\n");
+  EXPECT_EQ(units.frequenciesMhz,
+            (std::vector<std::optional<double>>{6200, 450, std::nullopt, std::nullopt}));
+  EXPECT_TRUE(hasNote(units, "1 frequency not from 20 to 20000 MHz not taken"));
 }
 
 TEST(CsvStations, LeavesOutLinksThatAreNoneAndThoseThatStandTwice) {
@@ -205,6 +233,18 @@ TEST(CsvStations, ReadsHeightsInFeetByColumnOrByField) {
             (Texts{"A 36 -84 30.48", "B 36 -84 10"}));
   EXPECT_EQ(stationTexts(importText("name,lat,lon,height_m\nA,36,-84,100 ft\nB,36,-84,10\n")),
             (Texts{"A 36 -84 30.48", "B 36 -84 10"}));
+}
+
+// 1,200 ft are 365.76 m by definition of the foot. A decimal comma is one only where the degrees have no
+// point.
+TEST(CsvStations, ACommaBetweenThousandsAndHundredsIsNoDecimalComma) {
+  EXPECT_EQ(stationTexts(importText("name,lat,lon,height (ft)\nA,36.5,-84,\"1,200\"\nB,36,-84,\"1,200 ft\"\n"
+                                    "C,36.5,-84,\"1,20\"\nD,36.5,-84,\"1,200,00\"\n")),
+            (Texts{"A 36.5 -84 365.76", "B 36 -84 365.76", "C 36.5 -84 0.36576", "D 36.5 -84 30"}));
+  EXPECT_EQ(stationTexts(importText("name;lat;lon;height\nA;36,5;-84,5;1,250\n")),
+            Texts{"A 36.5 -84.5 1.25"});
+  EXPECT_EQ(stationTexts(importText("name,lat,lon,height\nA,\"36,5\",\"-84,5\",\"1,250\"\n")),
+            Texts{"A 36.5 -84.5 1.25"});
 }
 
 TEST(CsvStations, GivesTheDefaultHeightWhereThereIsNoneOrAWrongOneAndCountsThem) {
@@ -317,10 +357,10 @@ TEST(ImportSummary, CountsAndListsWhatWasLeftOutWithinItsLines) {
   const std::string summary = importSummary(result);
   EXPECT_EQ(std::count(summary.begin(), summary.end(), '\n'), 11);
   EXPECT_EQ(summary.substr(0, 18), "1 station from CSV");
-  EXPECT_NE(summary.find("150 entries were left out:\nline 3: latitude 99"), std::string::npos);
+  EXPECT_NE(summary.find("150 entries were left out:\n    line 3: latitude 99"), std::string::npos);
   std::size_t shown = 0;
-  for (std::size_t at = summary.find("\nline "); at != std::string::npos;
-       at = summary.find("\nline ", at + 1))
+  for (std::size_t at = summary.find("\n    line "); at != std::string::npos;
+       at = summary.find("\n    line ", at + 1))
     ++shown;
   EXPECT_GT(shown, 3U);
   EXPECT_EQ(summary.substr(summary.rfind('\n') + 1), "and " + std::to_string(150 - shown) + " more");

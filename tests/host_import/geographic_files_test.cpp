@@ -19,7 +19,7 @@ const char* const kCollection = R"({"type": "FeatureCollection", "name": "sites"
  "geometry": {"type": "Point", "coordinates": [-84.3, 36.4, 412.5]}},
 {"geometry": {"coordinates": [-84.1, 36.2], "type": "Point"}, "properties": {"name": "Dale", "height": "98 ft"},
  "type": "Feature"},
-{"type": "Feature", "properties": {"name": "L", "freq_ghz": 7},
+{"type": "Feature", "properties": {"name": "L", "frequency": "7 GHz"},
  "geometry": {"type": "LineString", "coordinates": [[-84.3, 36.4], [-84.1, 36.2]]}},
 {"type": "Feature", "properties": {},
  "geometry": {"type": "Polygon", "coordinates": [[[-84, 36], [-85, 36], [-85, 37], [-84, 36]]]}},
@@ -38,7 +38,7 @@ const char* const kKml = R"kml(<?xml version="1.0" encoding="UTF-8"?>
 <Placemark><ExtendedData><SchemaData schemaUrl="#x"><SimpleData name="site_name">Moor</SimpleData>
 <SimpleData name="AGL_ft">100</SimpleData></SchemaData></ExtendedData>
 <Point><coordinates>-84.5,36.1</coordinates></Point></Placemark>
-<Placemark><name>Path</name><LineString><coordinates>
+<Placemark><name>Path</name><ExtendedData><Data name="freq"><value>450 MHz</value></Data></ExtendedData><LineString><coordinates>
 -84.3,36.4,0 -84.1,36.2,0
 </coordinates></LineString></Placemark>
 <Placemark><name>Area</name><Polygon><outerBoundaryIs><LinearRing><coordinates>1,2 3,4 5,6 1,2</coordinates>
@@ -175,6 +175,7 @@ TEST(KmlStations, TakesPlacemarksWithTheirHeightsAndLines) {
   EXPECT_EQ(result.kind, "KML");
   EXPECT_EQ(stationTexts(result), kKmlStations);
   EXPECT_EQ(result.links, (Links{{0, 1}}));
+  EXPECT_EQ(result.frequenciesMhz, (std::vector<std::optional<double>>{450}));
   EXPECT_EQ(problemTexts(result),
             (Texts{R"(16: "Area" has neither a point nor a line of two points)",
                    R"(18: "Walk" has neither a point nor a line of two points)",

@@ -530,10 +530,10 @@ TEST(PlanFile, IsWrittenUnderALongName) {
 }
 
 // Sixteen seconds would be a sanitizer's; each of the two takes some tenths without one.
-TEST(PlanFile, TakesAHundredThousandStationsWithoutAWait) {
+TEST(PlanFile, TakesTenThousandStationsWithoutAWait) {
   PlanFile file;
-  for (StationId id = 1; id <= 100'000; ++id) {
-    file.plan.stations[id] = {"Station " + std::to_string(id), {id * 0.0007, id * -0.0017}, 30};
+  for (StationId id = 1; id <= 10'000; ++id) {
+    file.plan.stations[id] = {"Station " + std::to_string(id), {id * 0.007, id * -0.017}, 30};
     if (id > 1) file.plan.links[id - 1] = Link{id - 1, id, {}};
   }
   const TemporaryFolder folder;
@@ -547,8 +547,8 @@ TEST(PlanFile, TakesAHundredThousandStationsWithoutAWait) {
   const std::chrono::duration<double> writing = written - begin, reading = read - written;
   RecordProperty("writing_seconds", std::to_string(writing.count()));
   RecordProperty("reading_seconds", std::to_string(reading.count()));
-  EXPECT_LT(writing.count(), 16);
-  EXPECT_LT(reading.count(), 16);
+  EXPECT_LT(writing.count(), 4);
+  EXPECT_LT(reading.count(), 4);
 }
 
 }  // namespace
