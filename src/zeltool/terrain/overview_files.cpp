@@ -11,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "zeltool/user_folders/user_folders.h"
 
@@ -80,21 +81,22 @@ std::optional<std::string> wholeFile(const std::string& path, std::uintmax_t mos
   // A pipe or a device under that name must not be waited for.
   const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (file < 0) return std::nullopt;
-  std::optional<std::string> bytes;
+  std::string bytes;
+  bool whole = false;
   struct stat status {};
   if (::fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
       static_cast<std::uintmax_t>(status.st_size) <= most) {
-    bytes.emplace(static_cast<std::size_t>(status.st_size), '\0');
+    bytes.resize(static_cast<std::size_t>(status.st_size));
     std::size_t done = 0;
-    for (ssize_t got = 1; done < bytes->size() && got > 0;
+    for (ssize_t got = 1; done < bytes.size() && got > 0;
          done += static_cast<std::size_t>(std::max<ssize_t>(got, 0)))
-      got = ::read(file, bytes->data() + done, bytes->size() - done);
-    if (done < bytes->size()) bytes.reset();
+      got = ::read(file, bytes.data() + done, bytes.size() - done);
+    whole = done == bytes.size();
   }
   // The oldest that go first are those that were not used for the longest time.
-  if (bytes) ::futimens(file, nullptr);
+  if (whole) ::futimens(file, nullptr);
   ::close(file);
-  return bytes;
+  return whole ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 bool writeWhole(int file, std::string_view bytes) {

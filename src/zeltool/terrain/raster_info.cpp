@@ -180,6 +180,8 @@ void describe(const std::string& path, RasterInfo& info) {
   info.cellWidth = std::hypot(right.x - origin.x, right.y - origin.y);
   info.cellHeight = std::hypot(down.x - origin.x, down.y - origin.y);
   addRemark(info, raster->remark());
+  if (info.dataType == "Byte")
+    addRemark(info, "its cells have 8 bits: either heights from 0 to 255, or a picture and no heights");
   measureHeights(*raster, info);
 }
 

@@ -26,12 +26,13 @@ constexpr std::size_t kMostInArchive = 10'000;  // entries
 constexpr std::string_view kArchive = "/vsizip/", kPacked = "/vsigzip/";
 
 // Endings of files that accompany rasters but hold no heights.
-constexpr std::array<std::string_view, 60> kCompanions = {
-    ".aux",  ".avl", ".blw",  ".bpw",  ".bqw", ".clr", ".cpg", ".csv",  ".dbf",    ".doc",  ".docx", ".gfw",
-    ".gfs",  ".hdr", ".htm",  ".html", ".ige", ".ini", ".j2w", ".jgw",  ".jpgw",   ".json", ".kml",  ".kmz",
-    ".lock", ".log", ".lst",  ".md",   ".md5", ".met", ".msk", ".num",  ".ovr",    ".pdf",  ".pgw",  ".prj",
-    ".py",   ".qix", ".qml",  ".rrd",  ".sbn", ".sbx", ".sh",  ".sha1", ".sha256", ".shp",  ".shx",  ".stx",
-    ".swb",  ".tfw", ".tifw", ".tmp",  ".txt", ".url", ".wld", ".xls",  ".xlsx",   ".xml",  ".yaml", ".yml"};
+constexpr std::array<std::string_view, 66> kCompanions = {
+    ".aux",  ".avl",  ".blw",  ".bpw",  ".bqw",  ".clr",    ".cpg",  ".csv",  ".dbf", ".dmw",  ".doc",
+    ".docx", ".gfs",  ".gfw",  ".gif",  ".hdr",  ".htm",    ".html", ".ige",  ".ini", ".j2w",  ".jgw",
+    ".jpeg", ".jpg",  ".jpgw", ".json", ".kml",  ".kmz",    ".lock", ".log",  ".lst", ".md",   ".md5",
+    ".met",  ".msk",  ".num",  ".ovr",  ".pdf",  ".pgw",    ".prj",  ".py",   ".qix", ".qml",  ".rrd",
+    ".sbn",  ".sbx",  ".sch",  ".sh",   ".sha1", ".sha256", ".shp",  ".shx",  ".src", ".stx",  ".swb",
+    ".tfw",  ".tifw", ".tmp",  ".txt",  ".url",  ".wld",    ".xls",  ".xlsx", ".xml", ".yaml", ".yml"};
 
 bool isCompanion(std::string_view name) {
   if (name.starts_with(".")) return true;
@@ -40,6 +41,43 @@ bool isCompanion(std::string_view name) {
     return equalIgnoringCase(name, "README") || equalIgnoringCase(name, "LICENSE");
   const std::string ending = lowerCase(name.substr(dot));
   return std::find(kCompanions.begin(), kCompanions.end(), ending) != kCompanions.end();
+}
+
+// What the makers of tiles put beside the heights as rasters of their own: masks of editing, filling, water,
+// shadow, how many pictures and how large an error. Read as heights they would be land some metres high.
+constexpr std::array<std::string_view, 15> kLayers = {"acm", "am2", "amp", "com", "cov", "edm", "flm", "hem",
+                                                      "lsm", "msk", "num", "ql",  "stk", "wam", "wbm"};
+constexpr std::array<std::string_view, 2> kHeights = {"dem", "dsm"};
+
+// "Tile_N46E009_HEM.tif" in lower case: what stands before and behind the last underline.
+struct LayerName {
+  std::string tile;
+  std::string layer;
+};
+
+LayerName layerName(std::string_view fileName) {
+  const std::string stem = lowerCase(fileName.substr(0, fileName.rfind('.')));
+  const std::size_t mark = stem.rfind('_');
+  if (mark == std::string::npos) return {};
+  return {stem.substr(0, mark), stem.substr(mark + 1)};
+}
+
+template <std::size_t n>
+bool isOneOf(const std::array<std::string_view, n>& words, std::string_view word) {
+  return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+// Only where the heights themselves are there: a file that just has such a name is somebody's terrain.
+void removeLayersBesideHeights(std::vector<RasterCandidate>& rasters) {
+  std::set<std::string> tiles;
+  for (const RasterCandidate& raster : rasters)
+    if (LayerName name = layerName(raster.name); isOneOf(kHeights, name.layer))
+      tiles.insert(std::move(name.tile));
+  if (tiles.empty()) return;
+  std::erase_if(rasters, [&](const RasterCandidate& raster) {
+    const LayerName name = layerName(raster.name);
+    return isOneOf(kLayers, name.layer) && tiles.contains(name.tile);
+  });
 }
 
 bool isArchive(std::string_view name) {
@@ -85,6 +123,7 @@ class Walk {
   }
 
   RasterListing take() {
+    removeLayersBesideHeights(result_.rasters);
     std::stable_sort(result_.rasters.begin(), result_.rasters.end(),
                      [](const RasterCandidate& a, const RasterCandidate& b) { return a.path < b.path; });
     return std::move(result_);

@@ -1,7 +1,7 @@
 // The raster files that a path stands for: itself, or those of a folder and its subfolders. Archives (.zip)
 // count as folders, and tiles may be packed (.hgt.gz). Files that accompany rasters (projections, world
-// files, statistics, texts ...) are passed over in folders; a path that is named outright is always taken.
-// Cost: a look at each directory and archive, no raster is opened.
+// files, statistics, texts, masks of a tile beside its heights ...) are passed over in folders; a path that
+// is named outright is always taken. Cost: a look at each directory and archive, no raster is opened.
 #pragma once
 
 #include <cstdint>

@@ -127,6 +127,16 @@ TEST(RasterInfo, AnUnknownHeightUnitIsARemark) {
   EXPECT_EQ(info.highest, 5);
 }
 
+// A shaded relief looks like heights from 0 to 255.
+TEST(RasterInfo, CellsOf8BitsAreARemark) {
+  const TemporaryFolder folder;
+  RasterSpec spec;
+  spec.type = GDT_Byte;
+  writeRaster(folder / "a.tif", spec, [](int, int) { return 1; });
+  EXPECT_EQ(describeRaster((folder / "a.tif").string()).remark,
+            "its cells have 8 bits: either heights from 0 to 255, or a picture and no heights");
+}
+
 TEST(RasterInfo, APartThatCannotBeReadIsARemarkOnAUsableRaster) {
   const TemporaryFolder folder;
   RasterSpec spec;
@@ -153,7 +163,7 @@ TEST(RasterInfo, OfAVeryLargeRasterThePartThatWasReadIsTold) {
   // One window of 512 rows more than the 8192 windows that are read.
   test::writeBytes(folder / "a.vrt",
                    "<VRTDataset rasterXSize=\"16\" rasterYSize=\"4194305\"><GeoTransform>10, 0.00001, 0, 51, "
-                   "0, -0.00001</GeoTransform><VRTRasterBand dataType=\"Byte\" band=\"1\"/></VRTDataset>");
+                   "0, -0.00001</GeoTransform><VRTRasterBand dataType=\"Int16\" band=\"1\"/></VRTDataset>");
   const RasterInfo info = describeRaster((folder / "a.vrt").string());
   EXPECT_EQ(info.problem, "");
   EXPECT_EQ(info.remark, "heights and voids are of 8192 of 8193 rows of blocks");

@@ -39,10 +39,34 @@ TEST(RasterListing, AFolderIsSearchedWithItsSubfoldersInOrder) {
 TEST(RasterListing, FilesThatAccompanyRastersArePassedOver) {
   const TemporaryFolder folder;
   for (const char* name : {"a.tif", "a.tif.aux.xml", "a.prj", "a.tfw", "a.hdr", "a.TXT", "a.csv", "a.tif.ovr",
-                           "a.tif.msk", ".hidden.tif", "README", "a.pdf", "a.md", "a.num", "a.swb"})
+                           "a.tif.msk", ".hidden.tif", "README", "a.pdf", "a.md", "a.num", "a.swb",
+                           "thumbnail.jpg", "E020N40.GIF", "E020N40.SRC", "E020N40.SCH"})
     writeBytes(folder / name, "x");
   EXPECT_EQ(rasterFiles(folder.path().string()), std::vector<std::string>{(folder / "a.tif").string()});
   EXPECT_TRUE(listRasters(folder.path().string()).problems.empty());
+}
+
+// As Copernicus, AW3D30, ASTER and TanDEM-X tiles come.
+TEST(RasterListing, MasksOfATileBesideItsHeightsArePassedOver) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directories(folder / "AUXFILES");
+  std::filesystem::create_directories(folder / "DEM");
+  for (const char* name :
+       {"AUXFILES/Copernicus_DSM_10_N46_00_E009_00_EDM.tif",
+        "AUXFILES/Copernicus_DSM_10_N46_00_E009_00_HEM.tif",
+        "AUXFILES/Copernicus_DSM_10_N46_00_E009_00_WBM.tif", "DEM/Copernicus_DSM_10_N46_00_E009_00_DEM.tif",
+        "ALPSMLC30_N036W085_DSM.tif", "ALPSMLC30_N036W085_MSK.tif", "ALPSMLC30_N036W085_STK.tif",
+        "ASTGTMV003_N36W085_dem.tif", "ASTGTMV003_N36W085_num.tif", "mine_num.tif", "lonely_MSK.tif"})
+    writeBytes(folder / name, "x");
+  const RasterListing listing = listRasters(folder.path().string());
+  std::vector<std::string> names;
+  for (const RasterCandidate& raster : listing.rasters) names.push_back(raster.name);
+  EXPECT_EQ(names, (std::vector<std::string>{"ALPSMLC30_N036W085_DSM.tif", "ASTGTMV003_N36W085_dem.tif",
+                                             "Copernicus_DSM_10_N46_00_E009_00_DEM.tif", "lonely_MSK.tif",
+                                             "mine_num.tif"}));
+  EXPECT_TRUE(listing.problems.empty());
+  const std::string mask = (folder / "ALPSMLC30_N036W085_MSK.tif").string();
+  EXPECT_EQ(rasterFiles(mask), std::vector<std::string>{mask}) << "named outright";
 }
 
 TEST(RasterListing, AFileThatIsNamedIsTakenWhateverItsEnding) {
