@@ -149,6 +149,7 @@ struct MapView::Self {
   void tellDragEnded();
   bool moveByKey(int key, double pixels);
   void hover();
+  Qt::CursorShape cursorShape() const;
   void showCursor();
   void tellPointer();
   void heightCame(Position position, float height);
@@ -573,19 +574,16 @@ void MapView::Self::hover() {
   showCursor();
 }
 
+Qt::CursorShape MapView::Self::cursorShape() const {
+  if (drag == Drag::kPan) return Qt::ClosedHandCursor;
+  if (drag == Drag::kStation) return Qt::SizeAllCursor;
+  if (tool == MapTool::kPlaceStation || drag == Drag::kRectangle) return Qt::CrossCursor;
+  if (hoveredStation || hoveredLink) return Qt::PointingHandCursor;
+  return tool == MapTool::kLink ? Qt::CrossCursor : Qt::ArrowCursor;
+}
+
 void MapView::Self::showCursor() {
-  Qt::CursorShape shape = Qt::ArrowCursor;
-  if (drag == Drag::kPan) {
-    shape = Qt::ClosedHandCursor;
-  } else if (drag == Drag::kStation) {
-    shape = Qt::SizeAllCursor;
-  } else if (tool == MapTool::kPlaceStation || drag == Drag::kRectangle) {
-    shape = Qt::CrossCursor;
-  } else if (hoveredStation || hoveredLink) {
-    shape = Qt::PointingHandCursor;
-  } else if (tool == MapTool::kLink) {
-    shape = Qt::CrossCursor;
-  }
+  const Qt::CursorShape shape = cursorShape();
   if (view.cursor().shape() != shape) view.setCursor(shape);
 }
 

@@ -16,8 +16,8 @@ namespace {
 
 constexpr double kKilometresPerMile = 1.609344;
 constexpr double kClipMargin = 12;            // pixels around the map in which lines are still drawn
-constexpr std::size_t kMostCased = 250;       // pieces of links that are drawn with casing, at rest
-constexpr std::size_t kMostRimmed = 5000;     // and thin, with a rim
+constexpr std::size_t kMostCased = 250;       // strands of links that are drawn with casing, at rest
+constexpr double kLongestDashed = 300'000;    // pixels of all thin lines that are drawn with dashes and a rim
 constexpr std::size_t kMostObstacles = 250;   // links whose obstacles are shown
 constexpr std::size_t kMostCasedMoving = 40;  // and while the map moves
 constexpr std::size_t kMostChosenTexts = 20;  // links with their length beside them
@@ -41,6 +41,7 @@ constexpr std::array<LineLook, 5> kLooks = {{
     {0xff5a5f66, 1.25, {0, 0, 0, 0}},     // waiting for its figures
 }};
 constexpr std::size_t kWaiting = 4;
+constexpr LineLook kPlain{0xff000000, 1, {0, 0, 0, 0}};  // without dashes
 // The casing, by the same numbers: wider where it has something to say.
 struct Casing {
   QRgb colour;
@@ -96,6 +97,16 @@ std::vector<Piece> piecesOf(const MapFrame& frame, const LinkPlace& link) {
   return pieces;
 }
 
+// In the verdict's look from end to end.
+std::vector<Piece> wholeOf(const MapFrame& frame, const LinkPlace& link) {
+  std::vector<Piece> pieces;
+  const std::size_t verdict = verdictOf(link);
+  for (const PixelLine& line : pixelLines(frame, link.line, kClipMargin)) {
+    pieces.push_back({verdict, line.before, polygonOf(line), verdict});
+  }
+  return pieces;
+}
+
 void paintCased(QPainter& painter, const std::vector<Piece>& pieces, double wider) {
   painter.setRenderHint(QPainter::Antialiasing);
   QPen casing(Qt::white, 0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
@@ -142,18 +153,23 @@ void addStrokes(const Piece& piece, const LineLook& look, QList<QLineF>& strokes
   }
 }
 
-void paintThin(QPainter& painter, const std::vector<Piece>& pieces, bool moving) {
-  std::array<QList<QLineF>, kLooks.size()> strokes;
+double lengthOf(const std::vector<Piece>& pieces) {
+  double length = 0;
   for (const Piece& piece : pieces) {
-    QList<QLineF>& of = strokes[piece.verdict];
-    if (moving) {
-      for (qsizetype i = 1; i < piece.line.size(); ++i) of.append(QLineF(piece.line[i - 1], piece.line[i]));
-    } else {
-      addStrokes(piece, kLooks[piece.verdict], of);
+    for (qsizetype i = 1; i < piece.line.size(); ++i) {
+      length += QLineF(piece.line[i - 1], piece.line[i]).length();
     }
   }
-  // A light rim, where it costs less than a frame.
-  if (!moving && pieces.size() <= kMostRimmed) {
+  return length;
+}
+
+// Dashes and a light rim, where they cost less than a frame.
+void paintThin(QPainter& painter, const std::vector<Piece>& pieces, bool moving) {
+  const bool plain = moving || lengthOf(pieces) > kLongestDashed;
+  std::array<QList<QLineF>, kLooks.size()> strokes;
+  for (const Piece& piece : pieces)
+    addStrokes(piece, plain ? kPlain : kLooks[piece.verdict], strokes[piece.verdict]);
+  if (!plain) {
     painter.setPen(QPen(QColor(255, 255, 255), 3));
     for (const QList<QLineF>& of : strokes) painter.drawLines(of);
   }
@@ -324,8 +340,8 @@ void PlanPainter::paint(QPainter& painter, MapText& text, const PlanScene& scene
 
 void PlanPainter::paintLinks(QPainter& painter, MapText& text, const PlanScene& scene) {
   const WorldBox seen = seenBox(scene.frame, kClipMargin);
-  std::vector<Piece> pieces;
-  std::vector<const LinkPlace*> chosen, obstructed;
+  std::vector<const LinkPlace*> plain, chosen, obstructed;
+  std::size_t strands = 0;
   seenVerdicts_ = {};
   const std::unordered_set<LinkId> selected(scene.selection.links.begin(), scene.selection.links.end());
   for (const LinkPlace& link : scene.places.links()) {
@@ -339,9 +355,17 @@ void PlanPainter::paintLinks(QPainter& painter, MapText& text, const PlanScene& 
       chosen.push_back(&link);
       continue;
     }
-    for (Piece& piece : piecesOf(scene.frame, link)) pieces.push_back(std::move(piece));
+    plain.push_back(&link);
+    strands += link.strands.size();
   }
-  if (pieces.size() <= (scene.moving ? kMostCasedMoving : kMostCased)) {
+  const bool cased = strands <= (scene.moving ? kMostCasedMoving : kMostCased);
+  std::vector<Piece> pieces;
+  for (const LinkPlace* link : plain) {
+    for (Piece& piece : cased ? piecesOf(scene.frame, *link) : wholeOf(scene.frame, *link)) {
+      pieces.push_back(std::move(piece));
+    }
+  }
+  if (cased) {
     paintCased(painter, pieces, 0);
   } else {
     paintThin(painter, pieces, scene.moving);
@@ -414,6 +438,7 @@ void PlanPainter::paintDraggedLinks(QPainter& painter, MapText& text, const Plan
         starts ? bentLine(scene.dragged->map, other->map) : bentLine(other->map, scene.dragged->map);
     const std::vector<PixelLine> lines = pixelLines(scene.frame, line.positions, kClipMargin);
     std::vector<Piece> pieces;
+    pieces.reserve(lines.size());
     for (const PixelLine& piece : lines)
       pieces.push_back({kWaiting, piece.before, polygonOf(piece), kWaiting});
     paintCased(painter, pieces, 0.5);
@@ -429,6 +454,7 @@ void PlanPainter::paintRubberBand(QPainter& painter, MapText& text, const MapFra
   const GeodesicLine line = bentLine(from, to);
   const std::vector<PixelLine> lines = pixelLines(frame, line.positions, kClipMargin);
   std::vector<Piece> pieces;
+  pieces.reserve(lines.size());
   for (const PixelLine& piece : lines) pieces.push_back({kWaiting, piece.before, polygonOf(piece), kWaiting});
   paintCased(painter, pieces, 0.75);
   if (line.distanceKm > 0) {

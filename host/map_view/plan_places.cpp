@@ -199,6 +199,8 @@ LinkPlace PlanPlaces::placeOf(LinkId id, const Link& link, const StationPlace& f
   place.to = link.to;
   place.mark = mark;
   place.computed = result != nullptr && result->done;
+  GeodesicLine line = bentLine(from.map, to.map);
+  place.line = line.positions;
   if (place.computed && result->error.empty() && !result->stretches.empty()) {
     place.distanceKm = result->distanceKm;
     place.bearingDeg = result->bearingDeg;
@@ -211,7 +213,6 @@ LinkPlace PlanPlaces::placeOf(LinkId id, const Link& link, const StationPlace& f
       place.strands.push_back(std::move(strand));
     }
   } else {
-    GeodesicLine line = bentLine(from.map, to.map);
     place.distanceKm = line.distanceKm;
     place.bearingDeg = line.bearingDeg;
     place.strands.push_back({LinkStretch::Kind::kUnknown, std::move(line.positions)});

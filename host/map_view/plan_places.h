@@ -39,7 +39,8 @@ struct WorldBox {
 struct LinkPlace {
   LinkId id = 0;
   StationId from = 0, to = 0;
-  bool computed = false;  // the strands' kinds are known
+  bool computed = false;       // the strands' kinds are known
+  std::vector<Position> line;  // WGS 84: all of it, with no more positions than its bend needs
   std::vector<LinkStrand> strands;
   WorldBox box;
   double distanceKm = 0, bearingDeg = 0;
