@@ -74,7 +74,7 @@ class PlanDocument {
 
   Plan plan_;
   std::deque<Step> steps_;
-  std::size_t held_ = 0;      // stations and links in all steps
+  std::size_t held_ = 0;  // stations and links in all steps
   std::size_t mostHeld_;
   std::size_t position_ = 0;  // steps done
   long savedPosition_ = 0;    // -1 when no undo or redo leads there
