@@ -1,12 +1,14 @@
 #include "desktop/dropped_file.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <filesystem>
 #include <fstream>
-#include <string_view>
+#include <string>
 #include <system_error>
+#include <vector>
+
+#include "import/station_list.h"
 
 namespace zel::host {
 namespace {
@@ -35,10 +37,8 @@ DroppedKind droppedKind(const std::string& path) {
   const bool json = start.find_first_not_of(" \t\r\n") != std::string::npos &&
                     start[start.find_first_not_of(" \t\r\n")] == '{';
   if (json && start.find("terrain-profiler plan") != std::string::npos) return DroppedKind::kPlan;
-  constexpr std::array<std::string_view, 12> kLists{".csv",      ".tsv",      ".txt",     ".kml",
-                                                    ".kmz",      ".gpx",      ".geojson", ".json",
-                                                    ".geojsonl", ".geojsons", ".ndjson",  ".jsonl"};
-  if (std::find(kLists.begin(), kLists.end(), extension) != kLists.end()) return DroppedKind::kStations;
+  const std::vector<std::string> lists = stationListEndings();
+  if (std::find(lists.begin(), lists.end(), extension) != lists.end()) return DroppedKind::kStations;
   return DroppedKind::kTerrain;
 }
 

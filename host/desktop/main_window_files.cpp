@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QStringList>
 #include <exception>
 #include <fstream>
 #include <utility>
@@ -335,10 +336,11 @@ void MainWindow::start(const std::string& file) {
 // ---- Import ----
 
 void MainWindow::Self::askImport() {
-  const QString path = QFileDialog::getOpenFileName(
-      &window, QStringLiteral("Import Stations"), startFolder(document),
-      QStringLiteral("Stations (*.csv *.txt *.tsv *.geojson *.json *.geojsonl *.geojsons "
-                     "*.ndjson *.jsonl *.kml *.kmz *.gpx);;All files (*)"));
+  QStringList patterns;
+  for (const std::string& ending : stationListEndings()) patterns += u'*' + QString::fromStdString(ending);
+  const QString path =
+      QFileDialog::getOpenFileName(&window, QStringLiteral("Import Stations"), startFolder(document),
+                                   QStringLiteral("Stations (%1);;All files (*)").arg(patterns.join(u' ')));
   if (!path.isEmpty()) startImport(path.toStdString());
 }
 

@@ -331,9 +331,7 @@ bool skipToText(std::string_view text, TextProgress& progress) {
 
 bool isSequenceName(const std::string& name) {
   const std::string ending = name.substr(std::min(name.find_last_of('.'), name.size()));
-  for (const char* known : {".geojsonl", ".geojsons", ".geojsonseq", ".ndjson", ".ndgeojson", ".jsonl"})
-    if (ending == known) return true;
-  return false;
+  return std::find(kSequenceEndings.begin(), kSequenceEndings.end(), ending) != kSequenceEndings.end();
 }
 
 class GeoJsonTexts {

@@ -142,6 +142,12 @@ ImportedStations importStationsFrom(const std::string& bytes, const std::string&
   return isArchive(bytes) ? archiveStations(bytes, name, options) : decodedStations(bytes, name, options);
 }
 
+std::vector<std::string> stationListEndings() {
+  std::vector<std::string> endings{".csv", ".tsv", ".txt", ".kml", ".kmz", ".gpx", ".geojson", ".json"};
+  endings.insert(endings.end(), kSequenceEndings.begin(), kSequenceEndings.end());
+  return endings;
+}
+
 std::string importSummary(const ImportedStations& result, std::size_t lines) {
   if (!result.error.empty()) return result.error;
   std::vector<std::string> rows;

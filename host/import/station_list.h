@@ -53,6 +53,9 @@ ImportedStations importStations(const std::string& path, const ImportOptions& op
 ImportedStations importStationsFrom(const std::string& bytes, const std::string& name,
                                     const ImportOptions& options = {});
 
+// How files are called that may be lists, lower case, with the dot.
+std::vector<std::string> stationListEndings();
+
 // What was found, how it was read, and what was left out, indented, for a box; at most `lines` lines.
 std::string importSummary(const ImportedStations& result, std::size_t lines = 12);
 

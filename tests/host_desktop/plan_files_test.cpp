@@ -394,7 +394,7 @@ TEST_F(PlanFilesTest, WhatAFileIsIsToldByItsContentAndItsName) {
     return droppedKind((folder_ / name).string());
   };
   for (const char* name : {"a.csv", "a.TSV", "a.txt", "a.kml", "a.kmz", "a.gpx", "a.json", "a.geojson",
-                           "a.geojsonl", "a.geojsons", "a.ndjson", "a.jsonl"})
+                           "a.geojsonl", "a.geojsons", "a.geojsonseq", "a.ndjson", "a.ndgeojson", "a.jsonl"})
     EXPECT_EQ(kind(name, "x"), DroppedKind::kStations) << name;
   EXPECT_EQ(kind("plan.txt", "\n {\"format\": \"terrain-profiler plan\""), DroppedKind::kPlan);
   EXPECT_EQ(kind("a.tif", "II*"), DroppedKind::kTerrain);
