@@ -48,6 +48,7 @@ std::vector<FieldChoice> terrainSourceChoices() {
   // Terrain that is given for one run gives every source its own name.
   const bool distinct = names.size() == sources.size();
   std::vector<FieldChoice> list;
+  list.reserve(sources.size());
   for (const TerrainSource& source : sources)
     list.push_back({std::to_string(source.code), (distinct ? source.name : nameInMeaning(source.code)) +
                                                      " (source " + std::to_string(source.code) + ")"});

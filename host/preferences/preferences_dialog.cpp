@@ -335,7 +335,7 @@ struct PreferencesDialog::Self {
   }
 
   void addTurning() {
-    const auto turn = [this](QList<QKeySequence> keys, int by) {
+    const auto turn = [this](const QList<QKeySequence>& keys, int by) {
       for (const QKeySequence& key : keys)
         connect(new QShortcut(key, &dialog), &QShortcut::activated, &dialog, [this, by] {
           pages->setCurrentRow((pages->currentRow() + by + pages->count()) % pages->count());

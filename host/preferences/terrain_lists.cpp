@@ -255,6 +255,7 @@ void TerrainLists::showCurrent() {
 void TerrainLists::takeEdits() {
   if (showing_) return;
   std::vector<std::string> paths;
+  paths.reserve(static_cast<std::size_t>(paths_->count()));
   for (int i = 0; i < paths_->count(); ++i) paths.push_back(pathOf(*paths_->item(i)));
   current().paths = std::move(paths);
   refresh();
