@@ -34,6 +34,8 @@ struct PathLossRequest {
   // MHz; without one the setting Prf_Freq, 950 by default. (GetPathLoss takes 100 MHz when nothing is
   // stored.)
   std::optional<double> frequencyMhz;
+  // Without it reverseModeledDb has no value, and half of the work is saved.
+  bool wantReverse = true;
 };
 
 // The model's parameters, section "ITM" of the settings, as used.

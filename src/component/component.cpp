@@ -108,8 +108,12 @@ std::shared_ptr<TerrainLibrary> Component::terrain() {
   return terrain_;
 }
 
+const std::function<std::unique_ptr<TerrainSampler>()>& Component::samplerMaker() const {
+  return needed(services_.makeSampler);
+}
+
 std::unique_ptr<TerrainSampler> Component::makeSampler() {
-  auto sampler = needed(services_.makeSampler)();
+  auto sampler = samplerMaker()();
   sampler->AttachTerrainData(terrain());
   return sampler;
 }

@@ -124,6 +124,8 @@ class Component {
   std::shared_ptr<TerrainLibrary> terrain();
   // A sampler over terrain().
   std::unique_ptr<TerrainSampler> makeSampler();
+  // Makes samplers without terrain, on any thread.
+  const std::function<std::unique_ptr<TerrainSampler>()>& samplerMaker() const;
   // With the coordinate format of the ToolApplication.
   std::unique_ptr<CoordinateFormatter> makeCoordinateFormatter();
   TerrainSources& terrainSources() { return terrainSources_; }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "component/api/model_inputs.h"
+#include "component/api/path_context.h"
 #include "component/api/path_request.h"
 #include "component/api/public_model.h"
 #include "component/api/ready_component.h"
@@ -36,8 +37,8 @@ struct Leg {
 
 class LossComputation {
  public:
-  LossComputation(Component& component, const PathLossRequest& request)
-      : component_(component), request_(request), inputs_(component, loss_.notes, loss_.warnings) {}
+  LossComputation(const PathContext& context, const PathLossRequest& request)
+      : context_(context), request_(request), inputs_(context.settings, loss_.notes, loss_.warnings) {}
 
   PathLoss run() {
     try {
@@ -129,7 +130,7 @@ class LossComputation {
   // The first leg is the forward one, whose terrain is reported.
   Leg sampled(GeoPoint from, GeoPoint to) {
     Leg leg;
-    const PathGeometry path = measurePath(component_.geodesy(), from, to);
+    const PathGeometry path = measurePath(*context_.geodesy, from, to);
     leg.distance = path.distance;
     leg.azimuth = path.azimuth;
     leg.points = inputs_.laidOut(density_, [&] { return modelPoints(density_, leg.distance); });
@@ -142,12 +143,12 @@ class LossComputation {
                     kSamplerUnderRange};
 
     const bool first = sampler_ == nullptr;
-    if (first) sampler_ = component_.makeSampler();
-    RawSamples samples = sampleTerrain(*sampler_, component_.terrain(),
+    if (first) sampler_ = context_.makeSampler();
+    RawSamples samples = sampleTerrain(*sampler_, context_.terrain,
                                        stationToStationRequest(from, to, leg.points, method_, source_));
     const SamplingReport& report = sampler_->report();
     if (samplerMessage(samples.status) != nullptr) throw Refusal{report.reason, samples.status};
-    if (first) loss_.terrain = terrainProvenance(report, component_.state());
+    if (first) loss_.terrain = terrainProvenance(report, context_.datum);
     leg.raw = std::move(samples.heights);
     refuseImpossibleHeights(leg.raw, sampler_->positions());
     leg.cleaned = cleanedHeights(leg.raw).heights;
@@ -207,8 +208,8 @@ class LossComputation {
 
   void takeParameters() {
     loss_.model = takeModelInputs(inputs_, SettingsUser::kWindowless, loss_.notes, loss_.warnings);
-    parameters_ = modelParameters(readItmSettings(inputs_.settings(), SettingsUser::kWindowless),
-                                  component_.normalTable());
+    parameters_ =
+        modelParameters(readItmSettings(inputs_.settings(), SettingsUser::kWindowless), context_.normalTable);
     noteDeviates(parameters_, loss_.model, loss_.notes);
   }
 
@@ -228,6 +229,7 @@ class LossComputation {
     loss_.referenceAttenuationDb = prediction.reference().attenuation;
     for (std::string& text : prediction.warningTexts()) loss_.warnings.push_back(std::move(text));
     loss_.modeledDb = static_cast<double>(modeledLoss(path, parameters_));
+    if (!request_.wantReverse) return;
     reversed_ = true;
     // Sampled anew, as GetPathLoss samples it for the stations the other way round.
     const Leg reverse = sampled(end_, start_);
@@ -235,7 +237,7 @@ class LossComputation {
         static_cast<double>(modeledLoss(modelPath(reverse, {heights_[1], heights_[0]}), parameters_));
   }
 
-  Component& component_;
+  const PathContext& context_;
   const PathLossRequest& request_;
   PathLoss loss_;
   PathInputs inputs_;
@@ -252,8 +254,12 @@ class LossComputation {
 
 }  // namespace
 
+PathLoss computePathLoss(const PathContext& context, const PathLossRequest& request) {
+  return LossComputation(context, request).run();
+}
+
 PathLoss computePathLoss(const PathLossRequest& request) {
-  return accessing([&](Component& component) { return LossComputation(component, request).run(); });
+  return accessing([&](Component& component) { return computePathLoss(presentContext(component), request); });
 }
 
 }  // namespace zel

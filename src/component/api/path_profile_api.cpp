@@ -3,6 +3,7 @@
 #include <limits>
 #include <utility>
 
+#include "component/api/path_context.h"
 #include "component/api/path_request.h"
 #include "component/api/ready_component.h"
 #include "component/api/terrain_provenance.h"
@@ -31,8 +32,8 @@ PathVerdict publicVerdict(ClearanceVerdict verdict) {
 
 class ProfileComputation {
  public:
-  ProfileComputation(Component& component, const PathProfileRequest& request)
-      : component_(component), request_(request), inputs_(component, profile_.notes, profile_.notes) {}
+  ProfileComputation(const PathContext& context, const PathProfileRequest& request)
+      : context_(context), request_(request), inputs_(context.settings, profile_.notes, profile_.notes) {}
 
   PathProfile run() {
     try {
@@ -66,7 +67,7 @@ class ProfileComputation {
   void layOut() {
     const CalculationSettings density = inputs_.density();
     const PathGeometry path = inputs_.laidOut(density, [&] {
-      return computePathGeometry(component_.geodesy(), start_, end_, density.pointsPerKm, density.maxPoints);
+      return computePathGeometry(*context_.geodesy, start_, end_, density.pointsPerKm, density.maxPoints);
     });
     if (path.underRange)
       throw Refusal{"the stations are only " + formatNumber(path.distance, "0.000") +
@@ -85,9 +86,9 @@ class ProfileComputation {
     request.count = profile_.points;
     request.method = inputs_.method();
     request.source = inputs_.source();
-    terrain_ = component_.terrain()->sample(request);
+    terrain_ = context_.terrain->sample(request);
     if (terrain_.report.status != kSamplerOk) throw Refusal{terrain_.report.reason, terrain_.report.status};
-    profile_.terrain = terrainProvenance(terrain_.report, component_.state());
+    profile_.terrain = terrainProvenance(terrain_.report, context_.datum);
     refuseImpossibleHeights(SampleArray<float>(terrain_.heights), terrain_.positions);
   }
 
@@ -143,7 +144,7 @@ class ProfileComputation {
     profile_.averageM = ground.average;
   }
 
-  Component& component_;
+  const PathContext& context_;
   const PathProfileRequest& request_;
   PathProfile profile_;
   PathInputs inputs_;
@@ -167,8 +168,13 @@ const char* verdictText(PathVerdict verdict) {
   return "unknown";
 }
 
+PathProfile computePathProfile(const PathContext& context, const PathProfileRequest& request) {
+  return ProfileComputation(context, request).run();
+}
+
 PathProfile computePathProfile(const PathProfileRequest& request) {
-  return accessing([&](Component& component) { return ProfileComputation(component, request).run(); });
+  return accessing(
+      [&](Component& component) { return computePathProfile(presentContext(component), request); });
 }
 
 }  // namespace zel

@@ -40,12 +40,6 @@ GeoPoint checkedPosition(const Position& position, const char* which) {
   return {position.latitude, std::remainder(position.longitude, 360.0)};
 }
 
-bool PathInputs::isStored(const Setting& setting) const {
-  constexpr std::string_view kNothing = "\x01";  // no stored text
-  return component_.settings().ReadSetting(component_.host().clientTitle(), setting.section, setting.key,
-                                           kNothing) != kNothing;
-}
-
 std::string PathInputs::originOf(const Setting& setting) const {
   return (isStored(setting) ? "from the setting " : "the default, since nothing is stored in ") +
          nameOf(setting);

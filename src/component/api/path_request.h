@@ -6,9 +6,9 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "component/component.h"
 #include "foundation/geo_point.h"
 #include "foundation/runtime_error.h"
 #include "foundation/sample_array.h"
@@ -38,12 +38,12 @@ GeoPoint checkedPosition(const Position& position, const char* which);
 // from elsewhere or rounded, and warns of stored texts that are not used as they read.
 class PathInputs {
  public:
-  // All must outlive the object; notes and warnings may be one list.
-  PathInputs(Component& component, std::vector<std::string>& notes, std::vector<std::string>& warnings)
-      : component_(component), settings_(component.settingsReader()), notes_(notes), warnings_(warnings) {}
+  // The lists must outlive the object; notes and warnings may be one list.
+  PathInputs(SettingsReader settings, std::vector<std::string>& notes, std::vector<std::string>& warnings)
+      : settings_(std::move(settings)), notes_(notes), warnings_(warnings) {}
 
   const SettingsReader& settings() const { return settings_; }
-  bool isStored(const Setting& setting) const;
+  bool isStored(const Setting& setting) const { return settings_.isStored(setting); }
   // "from the setting Profile/Prf_Freq", or that nothing is stored there.
   std::string originOf(const Setting& setting) const;
 
@@ -96,7 +96,6 @@ class PathInputs {
   void refuseOverflow(const Setting& setting, const RuntimeError& error) const;
   [[noreturn]] static void refuseLayOut(const CalculationSettings& density, const RuntimeError& error);
 
-  Component& component_;
   SettingsReader settings_;
   std::vector<std::string>& notes_;
   std::vector<std::string>& warnings_;

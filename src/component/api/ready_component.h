@@ -25,22 +25,29 @@ inline Component& readyComponent() {
 // Where the bound application's settings stand, for messages; empty when that cannot be told.
 std::string settingsPlace(Component& component) noexcept;
 
-// Runs `access` on the component. Whatever fails inside, in the store or in the host's application object,
-// becomes a SettingsError.
-template <typename Access>
-auto accessing(Access&& access) {
-  Component& component = readyComponent();
+// Runs `work`. Whatever fails inside, in the store or in the host's application object, becomes a
+// SettingsError; `place` gives where the settings stand.
+template <typename Work, typename Place>
+auto withPublicErrors(Work&& work, Place&& place) {
   try {
-    return std::forward<Access>(access)(component);
+    return std::forward<Work>(work)();
   } catch (const SettingsError&) {
     throw;
   } catch (...) {
     const ErrorInformation error = currentError();
-    const std::string place = settingsPlace(component);
-    throw SettingsError("the settings" + (place.empty() ? std::string() : " in " + place) +
+    const std::string file = std::forward<Place>(place)();
+    throw SettingsError("the settings" + (file.empty() ? std::string() : " in " + file) +
                         " cannot be used: " + error.description + " (error " + std::to_string(error.number) +
                         "); see that the file and its folder may be read and written");
   }
+}
+
+// Runs `access` on the component, with public errors.
+template <typename Access>
+auto accessing(Access&& access) {
+  Component& component = readyComponent();
+  return withPublicErrors([&] { return std::forward<Access>(access)(component); },
+                          [&] { return settingsPlace(component); });
 }
 
 }  // namespace zel

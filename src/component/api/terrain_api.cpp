@@ -3,6 +3,7 @@
 #include <system_error>
 #include <utility>
 
+#include "component/api/path_context.h"
 #include "component/api/ready_component.h"
 #include "component/api/terrain_provenance.h"
 #include "profile/settings/settings_table.h"
@@ -14,22 +15,20 @@ namespace zel {
 
 static_assert(kTerrainVoid == kVoidHeight);
 
-namespace {
-
-SampledTerrain sampled(Component& component, Position from, Position to, std::int32_t points,
-                       std::int32_t method, int source) {
+SampledTerrain sampleTerrain(const PathContext& context, Position from, Position to, std::int32_t points,
+                             std::int32_t method, int source) {
   SampleRequest request;
   request.from = {from.latitude, from.longitude};
   request.to = {to.latitude, to.longitude};
   request.count = points;
   request.method = method;
   request.source = source;
-  SampleResult result = component.terrain()->sample(request);
+  SampleResult result = context.terrain->sample(request);
 
   SampledTerrain terrain;
   terrain.status = result.report.status;
   terrain.error = result.report.reason;
-  terrain.provenance = terrainProvenance(result.report, component.state());
+  terrain.provenance = terrainProvenance(result.report, context.datum);
   if (terrain.status != kSamplerOk) return terrain;
   terrain.distanceKm = result.length;
   terrain.elevations = std::move(result.heights);
@@ -40,12 +39,11 @@ SampledTerrain sampled(Component& component, Position from, Position to, std::in
   return terrain;
 }
 
-}  // namespace
-
 SampledTerrain sampleTerrain(Position from, Position to, std::int32_t points, std::int32_t method,
                              int source) {
-  return accessing(
-      [&](Component& component) { return sampled(component, from, to, points, method, source); });
+  return accessing([&](Component& component) {
+    return sampleTerrain(presentContext(component), from, to, points, method, source);
+  });
 }
 
 std::vector<TerrainSource> terrainSources() {

@@ -12,7 +12,7 @@ std::string operationText(const DatumOperation& operation) {
 
 }  // namespace
 
-TerrainProvenance terrainProvenance(const SamplingReport& report, const ModuleState& state) {
+TerrainProvenance terrainProvenance(const SamplingReport& report, const std::string& datum) {
   TerrainProvenance provenance;
   provenance.sourceCode = report.sourceCode;
   provenance.sourceName = report.sourceName;
@@ -21,7 +21,7 @@ TerrainProvenance terrainProvenance(const SamplingReport& report, const ModuleSt
   provenance.warnings = report.warnings;
   provenance.method = report.method;
   provenance.voids = report.voids;
-  provenance.datum = state.datumText;
+  provenance.datum = datum;
   if (report.datumShifted) provenance.datumOperation = operationText(report.datumOperation);
   return provenance;
 }

@@ -1,12 +1,14 @@
 // What a sampling was computed from, as the public results tell it.
 #pragma once
 
-#include "component/component.h"
+#include <string>
+
 #include "platform/terrain.h"
 #include "zel/terrain.h"
 
 namespace zel {
 
-TerrainProvenance terrainProvenance(const SamplingReport& report, const ModuleState& state);
+// `datum` is that of the positions, "NAD-27" or "NAD-83", or empty.
+TerrainProvenance terrainProvenance(const SamplingReport& report, const std::string& datum);
 
 }  // namespace zel

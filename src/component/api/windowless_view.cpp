@@ -53,7 +53,7 @@ WindowlessView::WindowlessView(Component& component, const PathViewRequest& requ
       request_(request),
       wording_(std::move(wording)),
       notes_(notes),
-      inputs_(component, notes, warnings),
+      inputs_(component.settingsReader(), notes, warnings),
       trap_(component) {}
 
 // ---- Inputs ----
@@ -149,7 +149,7 @@ void WindowlessView::checkPath() {
   const SampleResult terrain = component_.terrain()->sample(sampling);
   if (terrain.report.status != kSamplerOk) throw Refusal{terrain.report.reason, terrain.report.status};
   refuseImpossibleHeights(SampleArray<float>(terrain.heights), terrain.positions);
-  terrain_ = terrainProvenance(terrain.report, component_.state());
+  terrain_ = terrainProvenance(terrain.report, component_.state().datumText);
   noteVoids(terrain.heights);
 }
 

@@ -12,6 +12,11 @@ std::string SettingsReader::text(const Setting& setting, SettingsUser user) cons
   return store_->ReadSetting(title_(), setting.section, setting.key, setting.defaultFor(user));
 }
 
+bool SettingsReader::isStored(const Setting& setting) const {
+  constexpr std::string_view kNothing = "\x01";  // no stored text
+  return store_->ReadSetting(title_(), setting.section, setting.key, kNothing) != kNothing;
+}
+
 std::int16_t SettingsReader::int16(const Setting& setting, SettingsUser user) const {
   return toInt16(real64(setting, user));
 }

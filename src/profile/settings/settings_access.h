@@ -21,6 +21,7 @@ class SettingsReader {
       : store_(&store), title_(std::move(title)) {}
 
   std::string text(const Setting& setting, SettingsUser user) const;
+  bool isStored(const Setting& setting) const;
   // Numbers by the leading-number parse. RuntimeError 6 when the number does not fit the type.
   std::int16_t int16(const Setting& setting, SettingsUser user) const;
   std::int32_t int32(const Setting& setting, SettingsUser user) const;

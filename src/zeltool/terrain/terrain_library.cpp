@@ -46,8 +46,7 @@ struct TerrainLibrary::Self {
     Moment lookedAt;
   };
 
-  Self(Definitions asked, std::size_t cacheBytes)
-      : definitions(std::move(asked)), caches(std::make_shared<TerrainCaches>(cacheBytes)) {}
+  explicit Self(std::size_t cacheBytes) : caches(std::make_shared<TerrainCaches>(cacheBytes)) {}
 
   // Folders are looked at again when the last look is older than `age`.
   std::shared_ptr<const SourceIndex> indexOf(int code, const SourceDefinition& definition,
@@ -57,17 +56,24 @@ struct TerrainLibrary::Self {
   // knows them.
   void read(const SourceIndex& index, const SampleRequest& request, std::span<const GeoPoint> positions,
             std::span<const GeoPoint> named, std::span<float> heights, SamplingReport& report);
-  std::shared_ptr<const DatumShift> stationShift() const {
-    const std::lock_guard lock(mutex);
-    return shift;
-  }
   SamplingReport reportOn(const SourceDefinition& definition, std::int32_t method) const;
 
-  const Definitions definitions;
   const std::shared_ptr<TerrainCaches> caches;
   const std::shared_ptr<OpenFiles> openFiles = std::make_shared<OpenFiles>(kMostOpenFiles);
   mutable std::mutex mutex;
   std::map<int, Source> sources;
+};
+
+struct TerrainLibrary::View {
+  explicit View(Definitions asked) : definitions(std::move(asked)) {}
+
+  std::shared_ptr<const DatumShift> stationShift() const {
+    const std::lock_guard lock(mutex);
+    return shift;
+  }
+
+  const Definitions definitions;
+  mutable std::mutex mutex;  // guards what follows
   std::shared_ptr<const DatumShift> shift;
 };
 
@@ -132,17 +138,26 @@ void TerrainLibrary::Self::read(const SourceIndex& index, const SampleRequest& r
 }
 
 TerrainLibrary::TerrainLibrary(Definitions definitions, std::size_t cacheBytes)
-    : self_(std::make_shared<Self>(std::move(definitions), cacheBytes)) {}
+    : TerrainLibrary(std::move(definitions), std::make_shared<Self>(cacheBytes)) {}
+
+TerrainLibrary::TerrainLibrary(Definitions definitions, std::shared_ptr<Self> self)
+    : self_(std::move(self)), view_(std::make_shared<View>(std::move(definitions))) {}
 
 TerrainLibrary::~TerrainLibrary() = default;
 
 void TerrainLibrary::setStationShift(std::shared_ptr<const DatumShift> shift) {
-  const std::lock_guard lock(self_->mutex);
-  self_->shift = std::move(shift);
+  const std::lock_guard lock(view_->mutex);
+  view_->shift = std::move(shift);
+}
+
+std::shared_ptr<TerrainLibrary> TerrainLibrary::view(Definitions definitions) const {
+  std::shared_ptr<TerrainLibrary> view(new TerrainLibrary(std::move(definitions), self_));
+  view->setStationShift(view_->stationShift());
+  return view;
 }
 
 std::shared_ptr<const TerrainArea> TerrainLibrary::area(int source) const {
-  const SourceDefinition definition = self_->definitions(source);
+  const SourceDefinition definition = view_->definitions(source);
   const auto makeIndex = [self = self_, source, definition](const std::atomic<bool>* cancelled) {
     return self->indexOf(source, definition, std::chrono::nanoseconds(0), cancelled);
   };
@@ -150,7 +165,7 @@ std::shared_ptr<const TerrainArea> TerrainLibrary::area(int source) const {
 }
 
 SampleResult TerrainLibrary::sample(const SampleRequest& request) const {
-  const SourceDefinition definition = self_->definitions(request.source);
+  const SourceDefinition definition = view_->definitions(request.source);
   SampleResult result;
   SamplingReport& report = result.report;
   report = self_->reportOn(definition, request.method);
@@ -190,7 +205,7 @@ SampleResult TerrainLibrary::sample(const SampleRequest& request) const {
   std::vector<GeoPoint> positions(count);
   path.fill(positions);
   std::vector<float> heights(count);
-  if (const auto shift = self_->stationShift()) {
+  if (const auto shift = view_->stationShift()) {
     std::vector<GeoPoint> shifted;
     try {
       report.datumOperation = shift->operationAt(request.from);
@@ -214,7 +229,7 @@ SamplingReport TerrainLibrary::heightsAt(std::span<const GeoPoint> positions, st
                                          std::span<float> heights) const {
   if (positions.size() != heights.size())
     throw std::invalid_argument("heightsAt: as many heights as positions are needed");
-  const SourceDefinition definition = self_->definitions(source);
+  const SourceDefinition definition = view_->definitions(source);
   SamplingReport report = self_->reportOn(definition, method);
   std::fill(heights.begin(), heights.end(), kVoidHeight);
   const auto index = self_->indexOf(source, definition);

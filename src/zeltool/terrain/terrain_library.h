@@ -56,6 +56,10 @@ class TerrainLibrary : public TerrainData {
   TerrainLibrary(Definitions definitions, std::size_t cacheBytes);
   ~TerrainLibrary() override;
 
+  // Another look at the same rasters: blocks, open files and indexes are shared, definitions and the shift
+  // (as it is now) are its own.
+  std::shared_ptr<TerrainLibrary> view(Definitions definitions) const;
+
   // With a shift, positions are NAD-27 and heights are read at the shifted positions; null ends that.
   void setStationShift(std::shared_ptr<const DatumShift> shift);
 
@@ -71,7 +75,11 @@ class TerrainLibrary : public TerrainData {
 
  private:
   struct Self;
-  std::shared_ptr<Self> self_;
+  struct View;
+  TerrainLibrary(Definitions definitions, std::shared_ptr<Self> self);
+
+  std::shared_ptr<Self> self_;  // what all views share
+  std::shared_ptr<View> view_;
 };
 
 // The component's sampler over the attached library.
