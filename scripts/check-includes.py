@@ -37,10 +37,12 @@ LAYERS = {
     "host/": "host",
     "host/planning/": "host_planning",
     "host/import/": "host_import",
+    "host/links/": "host_links",
     "host/map/": "host_map",
     "host/analysis/": "host_analysis",
     "host/map_view/": "host_map_view",
     "host/preferences/": "host_preferences",
+    "host/report/": "host_report",
     "host/desktop/": "host_desktop",
     "python/": "python",
     "tests/": "tests",
@@ -49,7 +51,7 @@ LAYERS = {
 }
 
 # Which other layers a layer may include. A layer always sees itself.
-HOST = {"host_planning", "host_import", "host_map", "host_analysis", "host_map_view", "host_preferences"}
+HOST = {"host_planning", "host_import", "host_links", "host_map", "host_analysis", "host_map_view", "host_preferences", "host_report"}
 BASE = {"foundation", "automation", "platform", "services"}
 MODEL = BASE | {"models", "path_loss", "profile"}
 MAY_SEE = {
@@ -75,19 +77,21 @@ MAY_SEE = {
     # Whoever uses the component sees what is installed, and nothing behind it.
     "host_planning": {"public", "automation"},
     "host_import": {"public", "automation", "host_planning"},
+    "host_links": {"public", "automation", "host_planning", "host_import"},
     "host_map": {"public", "automation"},
     "host_analysis": {"public", "automation", "host_planning"},
     "host_map_view": {"public", "automation", "host_planning", "host_map", "host_analysis"},
     "host_preferences": {"public", "automation", "host_map"},
+    "host_report": {"public", "automation", "host_planning", "host_map", "host_analysis", "host_map_view"},
     "host_desktop": {"public", "automation"} | HOST,
-    "host": {"public", "automation", "host_desktop"},
+    "host": {"public", "automation", "host_desktop", "host_planning", "host_report", "host_links"},
     "python": {"public", "automation"},
 }
 # These see of the automation layer only what is installed; so does every installed header itself.
 INSTALLED_ONLY = ("host/", "python/", "include/")
 
 # Of the desktop program: the map's calculation and the plan need none.
-QT_IN_HOST = {"host_import", "host_analysis", "host_map_view", "host_preferences"}
+QT_IN_HOST = {"host_import", "host_analysis", "host_map_view", "host_preferences", "host_report"}
 
 # Toolkits by the look of their headers, and the layers that may see them.
 TOOLKITS = {
@@ -102,7 +106,7 @@ TOOLKITS = {
     "Google Benchmark": (r"^benchmark/", set()),
     "POSIX": (
         r"^(unistd|fcntl|dlfcn|link|malloc|pwd|signal|spawn|poll|termios|pthread|pty)\.h$|^sys/\w+\.h$",
-        {"services", "zeltool", "component", "host", "host_planning", "host_map_view", "host_desktop"},
+        {"services", "zeltool", "component", "host", "host_planning", "host_links", "host_map_view", "host_desktop"},
     ),
 }
 

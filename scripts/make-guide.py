@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""Makes the user's guide: HTML from docs/guide/*.md and docs/numbers.md.
+"""Makes a guide: HTML from docs/guide/*.md, the user's, or docs/developer/*.md, the host developer's.
 
-    scripts/make-guide.py [--pictures-may-be-missing] [--root ROOT] OUTPUT
+    scripts/make-guide.py [--guide users|developers] [--pictures-may-be-missing] [--root ROOT] OUTPUT
     scripts/make-guide.py --self-test
 
 Writes one page for each Markdown file, the stylesheet and the pictures to the folder OUTPUT. index.md says by its links
@@ -13,10 +13,12 @@ Prints one line for each fault and exits 1 when there is one:
 - a page that index.md does not name;
 - a message that the program does not have. Messages stand in the guide as **"text"**, with ... for what varies;
 - a setting (`Profile/Prf_Freq`) whose key the program does not have.
+A link to the first page of the other guide leads to where that is installed, beside this one.
 A link from numbers.md to another file of the project is shown as text, since that file is not installed beside it.
 """
 
 import argparse
+import dataclasses
 import html
 import html.parser
 import pathlib
@@ -29,12 +31,23 @@ import urllib.parse
 
 import markdown
 
-GUIDE = "docs/guide"
 FIRST = "index.md"
+STYLES = "docs/guide"
 STYLE = "guide.css"
-# Pages that stand beside the guide, because they are the project's documents too.
-SHARED = ["docs/numbers.md"]
 SOURCES = ["src", "host"]
+
+
+
+@dataclasses.dataclass(frozen=True)
+class Guide:
+    folder: str
+    shared: tuple  # pages that stand beside the guide, because they are the project's documents too
+
+
+GUIDES = {
+    "users": Guide("docs/guide", ("docs/numbers.md",)),
+    "developers": Guide("docs/developer", ("docs/numbers.md", "docs/file-formats.md")),
+}
 
 # ---- What the program says -------------------------------------------------------------------------------------
 
@@ -93,7 +106,7 @@ class Page:
         self.name = posixpath.basename(path)
         self.target = posixpath.splitext(self.name)[0] + ".html"
         self.source = (root / path).read_text(encoding="utf-8")
-        self.body = markdown.markdown(self.source, extensions=["tables", "toc", "sane_lists"], output_format="html")
+        self.body = markdown.markdown(self.source, extensions=["tables", "toc", "sane_lists", "fenced_code"], output_format="html")
         # (anchor, HTML) of each second-level heading.
         self.headings = re.findall(r'<h2 id="([^"]*)">(.*?)</h2>', self.body, re.S)
         title = re.search(r"^# (.+)$", self.source, re.M)
@@ -129,25 +142,33 @@ def resolve(page, link):
     return urllib.parse.unquote(file), urllib.parse.unquote(parts.fragment)
 
 
-def load_pages(root):
+def load_pages(root, guide):
     """The pages in the order of the first one's links, and what is wrong with that."""
-    first = Page(root, f"{GUIDE}/{FIRST}")
+    first = Page(root, f"{guide.folder}/{FIRST}")
     pages, faults = {first.path: first}, []
     for link in Reader(first.body).links:
         file, _ = resolve(first, link)
         if is_outside(link) or file in pages or not file.endswith(".md") or not (root / file).is_file():
             continue
-        if posixpath.dirname(file) == GUIDE or file in SHARED:
+        if posixpath.dirname(file) == guide.folder or file in guide.shared:
             pages[file] = Page(root, file)
-    for path in sorted((root / GUIDE).glob("*.md")):
-        if f"{GUIDE}/{path.name}" not in pages:
-            faults.append(f"{GUIDE}/{path.name}: {FIRST} has no link to this page")
+    for path in sorted((root / guide.folder).glob("*.md")):
+        if f"{guide.folder}/{path.name}" not in pages:
+            faults.append(f"{guide.folder}/{path.name}: {FIRST} has no link to this page")
     names = [page.target for page in pages.values()]
     faults += [f"{name}: two pages have this name" for name in sorted(set(names)) if names.count(name) > 1]
     return pages, faults
 
 
-def link_faults(root, page, pages):
+def other_guide(file, guide):
+    """The folder of another guide whose first page the file is, as installed beside this one; else None."""
+    for other in GUIDES.values():
+        if other is not guide and file == f"{other.folder}/{FIRST}":
+            return posixpath.basename(other.folder)
+    return None
+
+
+def link_faults(root, page, pages, guide):
     for link in Reader(page.body).links:
         if is_outside(link):
             continue
@@ -157,20 +178,20 @@ def link_faults(root, page, pages):
                 yield f"{page.path}: {link}: there is no such heading"
         elif not (root / file).exists():
             yield f"{page.path}: {link}: there is no such file"
-        elif page.path not in SHARED:
+        elif page.path not in guide.shared and not other_guide(file, guide):
             yield f"{page.path}: {link}: the file is no page of the guide"
 
 
-def picture_faults(root, page):
+def picture_faults(root, page, guide):
     for picture in Reader(page.body).pictures:
         file, _ = resolve(page, picture)
-        if is_outside(picture) or not file.startswith(GUIDE + "/"):
-            yield f"{page.path}: {picture}: pictures stand below {GUIDE}"
+        if is_outside(picture) or not file.startswith(guide.folder + "/"):
+            yield f"{page.path}: {picture}: pictures stand below {guide.folder}"
         elif not (root / file).is_file():
             yield f"{page.path}: {picture}: there is no such picture"
 
 
-def linked_body(page, pages):
+def linked_body(page, pages, guide):
     """The page's text with its links led to the pages as they are written."""
 
     def lead(match):
@@ -178,6 +199,8 @@ def linked_body(page, pages):
         if is_outside(link):
             return match[0]
         file, anchor = resolve(page, link)
+        if beside := other_guide(file, guide):
+            return f'<a href="../{beside}/index.html">{match["text"]}</a>'
         if file not in pages:
             return match["text"]
         target = pages[file].target + (f"#{anchor}" if anchor else "")
@@ -209,7 +232,7 @@ def neighbours(page, pages):
     return f"<footer><span>{before}</span><span>{after}</span></footer>"
 
 
-def document(page, pages, by_path):
+def document(page, pages, by_path, guide):
     return f"""<!DOCTYPE html>
 <html lang="en">
 <head>
@@ -224,7 +247,7 @@ def document(page, pages, by_path):
 {navigation(page, pages)}
 </nav>
 <main>
-{linked_body(page, by_path)}
+{linked_body(page, by_path, guide)}
 {neighbours(page, pages)}
 </main>
 </body>
@@ -232,17 +255,17 @@ def document(page, pages, by_path):
 """
 
 
-def write(root, by_path, output):
+def write(root, by_path, output, guide):
     pages = list(by_path.values())
     output.mkdir(parents=True, exist_ok=True)
     for page in pages:
-        (output / page.target).write_text(document(page, pages, by_path), encoding="utf-8", newline="\n")
-    shutil.copyfile(root / GUIDE / STYLE, output / STYLE)
+        (output / page.target).write_text(document(page, pages, by_path, guide), encoding="utf-8", newline="\n")
+    shutil.copyfile(root / STYLES / STYLE, output / STYLE)
     for page in pages:
         for picture in Reader(page.body).pictures:
             file, _ = resolve(page, picture)
             if (root / file).is_file():
-                target = output / posixpath.relpath(file, GUIDE)
+                target = output / posixpath.relpath(file, guide.folder)
                 target.parent.mkdir(parents=True, exist_ok=True)
                 shutil.copyfile(root / file, target)
     # A page that was renamed must not stay under its old name.
@@ -252,19 +275,19 @@ def write(root, by_path, output):
             old.unlink()
 
 
-def make(root, output, pictures_may_be_missing):
+def make(root, output, pictures_may_be_missing, guide=GUIDES["users"]):
     """The faults and the warnings; without faults the guide is written."""
-    pages, faults = load_pages(root)
+    pages, faults = load_pages(root, guide)
     texts, missing = program_texts(root), []
     for page in pages.values():
-        faults += link_faults(root, page, pages)
-        missing += picture_faults(root, page)
-        if page.path not in SHARED:
+        faults += link_faults(root, page, pages, guide)
+        missing += picture_faults(root, page, guide)
+        if page.path not in guide.shared:
             faults += text_faults(page.path, page.source, texts)
     if not pictures_may_be_missing:
         faults, missing = faults + missing, []
     if not faults:
-        write(root, pages, output)
+        write(root, pages, output, guide)
     return faults, missing
 
 
@@ -282,6 +305,8 @@ SOUND = {
     "char q = '\"'; tell(\"File \" + name + \" is gone: \"); key(\"Prf_Freq\");\n",
     "host/b.cpp": "",
 }
+HOSTS = {"docs/developer/index.md": "# Hosts\n\n[Numbers](../numbers.md), [formats](../file-formats.md)\n\n```cpp\nint x;\n```\n",
+         "docs/file-formats.md": "# Formats\n"}
 # (file, its text in place of the sound one or None for no file, a part of the expected fault)
 FAULTS = [
     ("docs/guide/index.md", "# Guide\n\n[Numbers](../numbers.md)\n", "index.md has no link to this page"),
@@ -341,11 +366,20 @@ def self_test():
             expect(any(expected in fault for fault in faults), f"{name}: expected {expected!r}, found {faults}")
             expect(not output.exists(), f"{name}: written in spite of {expected!r}")
 
+        lay_out(root / "hosts", {**SOUND, **HOSTS})
+        expect(make(root / "hosts", root / "developer", False, GUIDES["developers"]) == ([], []), "the developer's guide has faults")
+        expect(b"<pre><code class=\"language-cpp\">int x;" in contents(root / "developer")["index.html"], "code is not set as code")
+
+        both = {**HOSTS, "docs/guide/index.md": SOUND["docs/guide/index.md"] + "- [Hosts](../developer/index.md)\n"}
+        lay_out(root / "both", {**SOUND, **both})
+        expect(make(root / "both", root / "users", False) == ([], []), "a link to the other guide is a fault")
+        expect(b'href="../developer/index.html">Hosts' in contents(root / "users")["index.html"], "the other guide is not linked")
+
         lay_out(root / "bare", {**SOUND, "docs/guide/pictures/plot.png": None})
         faults, warnings = make(root / "bare", root / "barely", True)
         expect(not faults and len(warnings) == 1, "a missing picture that may be missing is no mere warning")
     print(*wrong, sep="\n", end="\n" if wrong else "")
-    print(f"self-test: {len(FAULTS) + 7} samples, {len(wrong)} wrong")
+    print(f"self-test: {len(FAULTS) + 11} samples, {len(wrong)} wrong")
     return not wrong
 
 
@@ -353,6 +387,7 @@ def main(arguments):
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--self-test", action="store_true")
     parser.add_argument("--pictures-may-be-missing", action="store_true")
+    parser.add_argument("--guide", choices=GUIDES, default="users")
     parser.add_argument("--root", type=pathlib.Path, default=pathlib.Path(__file__).resolve().parent.parent)
     parser.add_argument("output", nargs="?", type=pathlib.Path, metavar="OUTPUT")
     options = parser.parse_args(arguments)
@@ -360,7 +395,7 @@ def main(arguments):
         return 0 if self_test() else 1
     if options.output is None:
         parser.error("OUTPUT is missing")
-    faults, warnings = make(options.root, options.output, options.pictures_may_be_missing)
+    faults, warnings = make(options.root, options.output, options.pictures_may_be_missing, GUIDES[options.guide])
     for fault in faults:
         print(f"error: {fault}", file=sys.stderr)
     for warning in warnings:

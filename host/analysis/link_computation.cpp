@@ -95,7 +95,8 @@ void LinkComputation::fail(const std::string& why) {
 void LinkComputation::profile() {
   auto request = requestOf<PathProfileRequest>(from_, to_);
   request.frequencyMhz = frequencyMhz_;
-  const PathProfile profile = computePathProfile(request);
+  profile_ = computePathProfile(request);
+  const PathProfile& profile = profile_;
   if (profile.status != 0) {
     constexpr int kNoSource = 1, kOutside = 2;
     fail(profile.error);
@@ -128,7 +129,8 @@ void LinkComputation::layOut() {
 void LinkComputation::loss() {
   auto request = requestOf<PathLossRequest>(from_, to_);
   request.frequencyMhz = frequencyMhz_;
-  const PathLoss loss = computePathLoss(request);
+  loss_ = computePathLoss(request);
+  const PathLoss& loss = loss_;
   if (loss.status != 0) {
     addNotes(result_.notes, {"no modeled loss: " + loss.error});
     return;

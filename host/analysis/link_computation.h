@@ -5,6 +5,7 @@
 #include <string>
 
 #include "analysis/link_analysis.h"
+#include "zel/path_loss.h"
 
 namespace zel::host {
 
@@ -20,6 +21,9 @@ class LinkComputation {
   // The next step; false when there was none left. Never throws for bad terrain.
   bool step();
   LinkResult take() { return std::move(result_); }
+  // What the result was made from, as far as it came; for who shows more than the result has.
+  const PathProfile& profiled() const { return profile_; }
+  const PathLoss& lost() const { return loss_; }
 
  private:
   enum class Step { kProfile, kLoss, kPlot, kDone };
@@ -33,6 +37,8 @@ class LinkComputation {
   Station from_, to_;
   std::optional<double> frequencyMhz_;
   LinkResult result_;
+  PathProfile profile_;
+  PathLoss loss_;
 };
 
 }  // namespace zel::host

@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <string>
 #include <system_error>
@@ -11,6 +12,7 @@
 
 #include "command_line/application.h"
 #include "command_line/command_error.h"
+#include "command_line/command_tree.h"
 #include "command_line/commands.h"
 #include "command_line/output.h"
 #include "desktop/bench_map.h"
@@ -107,11 +109,14 @@ void applyRunOptions(RunOptions& options, ProfileControl& component) {
   component.let_StaDatum(options.datum.find("27") != std::string::npos ? 0 : 1);
 }
 
-int run(int argc, char** argv, ProfileControl& component) {
-  CLI::App program(
+// Every command and option. What is parsed goes into `options`, which outlives the result, as does
+// `component`.
+std::unique_ptr<CLI::App> makeProgram(RunOptions& options, ProfileControl& component) {
+  auto owned = std::make_unique<CLI::App>(
       "Terrain path profiler: the ground between two radio stations, and what it does to the signal.\n"
       "Without a command it opens the desktop program: a map on which stations are placed.",
       "terrain-profiler");
+  CLI::App& program = *owned;
   program.footer(
       "Positions are LAT,LON[,HEIGHT]: decimal degrees with a sign or N/S/E/W, or degrees-minutes-seconds\n"
       "(\"36-24-00 N,84-21-00 W,30\"); heights are metres above ground.\n\n"
@@ -124,11 +129,10 @@ int run(int argc, char** argv, ProfileControl& component) {
       "usage,\n130 interrupted, 143 asked to end.");
   program.set_version_flag("--version", std::string("terrain-profiler ") + ZEL_VERSION);
   program.fallthrough();  // --terrain and --set are understood before and after the command
-  RunOptions options;
   addRunOptions(program, options);
   addDesktopOptions(program, options);
   // Runs after everything is parsed and before the command itself.
-  program.parse_complete_callback([&] {
+  program.parse_complete_callback([&program, &options, &component] {
     if (!program.get_subcommands().empty()) refuseDesktopOptions(options);
     applyRunOptions(options, component);
   });
@@ -138,17 +142,24 @@ int run(int argc, char** argv, ProfileControl& component) {
   addPrintCommand(program);
   addExportCommand(program);
   addLossCommand(program);
+  addLinksCommand(program, component);
   addLongleyRiceCommand(program);
+  addReportCommand(program, component);
   addSampleCommand(program);
   addTerrainCommand(program);
   addSettingsCommand(program);
+  return owned;
+}
 
+int run(int argc, char** argv, ProfileControl& component) {
+  RunOptions options;
+  const std::unique_ptr<CLI::App> program = makeProgram(options, component);
   try {
-    program.parse(argc, argv);
-    if (program.get_subcommands().empty()) return runWithoutCommand(options, component);
+    program->parse(argc, argv);
+    if (program->get_subcommands().empty()) return runWithoutCommand(options, component);
     for (const std::string& remark : options.remarks) note(remark);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return program.exit(error);  // help and version
+    if (error.get_exit_code() == 0) return program->exit(error);  // help and version
     note(std::string(error.what()) + "; 'terrain-profiler --help' shows how to call it");
     return kWrongUsage;
   }
@@ -156,6 +167,12 @@ int run(int argc, char** argv, ProfileControl& component) {
 }
 
 }  // namespace
+
+std::string describedCommandLine() {
+  RunOptions options;
+  ProfileControl component;  // no command runs, so it stays without an application
+  return commandTree(*makeProgram(options, component), ZEL_VERSION);
+}
 
 int runCommandLine(int argc, char** argv) {
   try {

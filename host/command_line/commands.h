@@ -27,11 +27,13 @@ inline std::string positiveNumberProblem(const std::string& text) {
 }
 
 void addExportCommand(CLI::App& program);
+void addLinksCommand(CLI::App& program, ProfileControl& component);
 void addLongleyRiceCommand(CLI::App& program);
 void addLossCommand(CLI::App& program);
 void addPictureCommand(CLI::App& program);
 void addPrintCommand(CLI::App& program);
 void addProfileCommand(CLI::App& program);
+void addReportCommand(CLI::App& program, ProfileControl& control);
 void addSampleCommand(CLI::App& program);
 void addShowCommand(CLI::App& program, ProfileControl& control);
 void addTerrainCommand(CLI::App& program);

@@ -46,24 +46,28 @@ LongWork::LongWork(std::string title) : title_(std::move(title)), onTerminal_(is
 
 LongWork::~LongWork() {
   for (std::size_t i = 0; i < kAsking.size(); ++i) sigaction(kAsking[i], &before[i], nullptr);
-  if (shown_) std::cerr << "\r\x1b[K" << std::flush;
+  clearLine();
 }
 
 int LongWork::askedBy() { return asked; }
 
 bool LongWork::advance(std::int32_t done, std::int32_t all) {
-  if (onTerminal_) {
-    const Clock::time_point now = Clock::now();
-    if (now - lastShown_ >= kBetweenLines) show(done, all, now);
+  return advance([&](double seconds) { return progressText(title_, done, all, seconds); });
+}
+
+bool LongWork::advance(const std::function<std::string(double)>& line) {
+  const Clock::time_point now = Clock::now();
+  if (onTerminal_ && now - lastShown_ >= kBetweenLines) {
+    std::cerr << '\r' << line(std::chrono::duration<double>(now - begin_).count()) << "\x1b[K" << std::flush;
+    lastShown_ = now;
+    shown_ = true;
   }
   return !interrupted();
 }
 
-void LongWork::show(std::int32_t done, std::int32_t all, Clock::time_point now) {
-  const double seconds = std::chrono::duration<double>(now - begin_).count();
-  std::cerr << '\r' << progressText(title_, done, all, seconds) << "\x1b[K" << std::flush;
-  lastShown_ = now;
-  shown_ = true;
+void LongWork::clearLine() {
+  if (shown_) std::cerr << "\r\x1b[K" << std::flush;
+  shown_ = false;
 }
 
 }  // namespace zel::host

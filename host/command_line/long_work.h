@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace zel::host {
@@ -18,6 +19,10 @@ class LongWork {
 
   // So many of all are done. False when the work is to stop.
   bool advance(std::int32_t done, std::int32_t all);
+  // The same with a line of the work's own, made when one is due, of the seconds since it began.
+  bool advance(const std::function<std::string(double seconds)>& line);
+  // The line is gone, until it is due again: something else is to be written.
+  void clearLine();
   // Whether it was asked to stop.
   static bool interrupted() { return askedBy() != 0; }
   // The signal that asked, SIGINT, SIGTERM or SIGHUP; 0 for none.
@@ -25,8 +30,6 @@ class LongWork {
 
  private:
   using Clock = std::chrono::steady_clock;
-
-  void show(std::int32_t done, std::int32_t all, Clock::time_point now);
 
   std::string title_;
   bool onTerminal_;

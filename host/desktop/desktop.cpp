@@ -18,6 +18,7 @@ int runDesktop(ProfileControl& component, const std::string& file) {
   // Makes the application where a display answers; the toolkit itself would end the process.
   if (const std::string problem = windowsProblem(); !problem.empty()) throw std::runtime_error(problem);
   QApplication::setApplicationDisplayName(QString());
+  QApplication::setApplicationName(QStringLiteral("terrain-profiler"));  // X11's window class: StartupWMClass
   QApplication::setDesktopFileName(QStringLiteral("terrain-profiler"));
   QApplication::setWindowIcon(programIcon());
   provideGnuplot();  // for the profile window's signal graph; without one it writes the script alone

@@ -64,7 +64,10 @@ MainWindow::Self::Self(MainWindow& theWindow, ProfileControl& theComponent, Main
       recovery(services.recoveryFolder),
       profile(component, document, &window) {}
 
-MainWindow::Self::~Self() { import.reset(); }
+MainWindow::Self::~Self() {
+  import.reset();
+  report.reset();
+}
 
 void MainWindow::Self::buildWidgets() {
   window.setObjectName(QStringLiteral("mainWindow"));

@@ -86,6 +86,9 @@ void MainWindow::Self::buildFileMenu() {
   add(menu, "mnuFileExportLinks", QStringLiteral("&Export Link Table..."),
       QStringLiteral("Save the table of links, as it is shown, as CSV"), QKeySequence(Qt::CTRL | Qt::Key_E),
       [this] { saveLinkTable(); });
+  add(menu, "mnuFileReport", QStringLiteral("Re&port..."),
+      QStringLiteral("Save a PDF with a page for each link: map, profile and values"),
+      QKeySequence(Qt::CTRL | Qt::Key_P), [this] { askReport(); });
   add(menu, "mnuFileAddTerrain", QStringLiteral("Add &Terrain..."),
       QStringLiteral("Use rasters of your own for the chosen source"),
       QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T), [this] { askTerrain(); });
@@ -396,6 +399,7 @@ void MainWindow::Self::updateActions() {
   enable("mnuLinkFrequency", links);
   enable("mnuViewFitSelection", stations || links);
   enable("mnuFileExportLinks", !document.plan().links.empty());
+  enable("mnuFileReport", !document.plan().links.empty());
 }
 
 void MainWindow::Self::contextMenu(QPoint global, std::optional<StationId> station,

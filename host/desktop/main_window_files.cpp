@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QSaveFile>
 #include <QStringList>
+#include <algorithm>
 #include <exception>
 #include <fstream>
 #include <utility>
@@ -16,7 +17,9 @@
 #include "desktop/dropped_file.h"
 #include "desktop/imported_plan.h"
 #include "desktop/main_window_self.h"
+#include "desktop/report_dialog.h"
 #include "planning/whole_file.h"
+#include "zel/c_api.h"
 
 namespace zel::host {
 namespace {
@@ -212,6 +215,60 @@ void MainWindow::Self::saveLinkTable() {
   tell(QStringLiteral("Saved ") + QFileInfo(file.fileName()).fileName() +
        (analysis.waiting() > 0 ? QStringLiteral("; not computed yet: ") + counted(analysis.waiting(), "link")
                                : QString()));
+}
+
+// ---- Report ----
+
+void MainWindow::Self::askReport() {
+  if (report) return;
+  const auto& links = document.plan().links;
+  ReportDialog question(links.size(), selection.links.size(), &window);
+  if (question.exec() != QDialog::Accepted) return;
+  QFileDialog dialog(&window, QStringLiteral("Save Report"), startFolder(document),
+                     QStringLiteral("PDF (*.pdf);;All files (*)"));
+  dialog.setObjectName(QStringLiteral("reportFileDialog"));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(QStringLiteral("pdf"));
+  const QString stem = document.path().empty()
+                           ? QStringLiteral("plan")
+                           : QFileInfo(QString::fromStdString(document.path())).completeBaseName();
+  dialog.selectFile(stem + QStringLiteral(".pdf"));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
+  const QString path = dialog.selectedFiles().front();
+
+  ReportRequest request;
+  request.plan = document.plan();
+  for (const auto& entry : links)
+    if (!question.onlyChosen() ||
+        std::find(selection.links.begin(), selection.links.end(), entry.first) != selection.links.end())
+      request.links.push_back(entry.first);
+  request.planName = document.path().empty() ? "Untitled plan" : stem.toStdString();
+  request.sheet = question.sheet();
+  request.units.imperial = units.imperial;
+  request.angles = units.angles;
+  request.terrain = terrain;
+  request.date = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm")).toStdString();
+  request.program = std::string("Terrain Profiler ") + zelProfilerVersion();
+  report = std::make_unique<ReportSaver>(
+      std::move(request), path, &window,
+      [this, path](const QString& problem, const Report& made) { reportEnded(path, problem, made); });
+}
+
+void MainWindow::Self::reportEnded(const QString& path, const QString& problem, const Report& made) {
+  report.reset();
+  const QString name = QFileInfo(path).fileName();
+  if (!problem.isEmpty()) {
+    box(QStringLiteral("Report"), QStringLiteral("%1 was not written: %2").arg(name, problem));
+    return;
+  }
+  if (made.cancelled) {
+    tell(QStringLiteral("The report was cancelled; nothing was written"));
+    return;
+  }
+  const auto without = static_cast<std::size_t>(std::count_if(
+      made.rows.begin(), made.rows.end(), [](const LinkRow& row) { return !row.error.empty(); }));
+  tell(QStringLiteral("Saved %1: %2").arg(name, counted(static_cast<std::size_t>(made.pages), "page")) +
+       (without > 0 ? QStringLiteral("; without figures: ") + counted(without, "link") : QString()));
 }
 
 void MainWindow::Self::fillRecentMenu() {

@@ -14,6 +14,7 @@
 #include "desktop/import_job.h"
 #include "desktop/link_table.h"
 #include "desktop/main_window.h"
+#include "desktop/report_saver.h"
 #include "desktop/shown_profile.h"
 #include "desktop/shown_values.h"
 #include "desktop/station_table.h"
@@ -90,6 +91,7 @@ struct MainWindow::Self {
   QTimer viewTimer;      // since other terrain or another plan came, which the map is fitted to
   bool started = false;  // the map has been given something to show
   std::unique_ptr<ImportJob> import;
+  std::unique_ptr<ReportSaver> report;
   std::deque<std::string> listsToImport;  // when the one that is read is done
   std::string fileSeen;                   // the state of the plan's file when it was read or written
   enum class Fitted { kNot, kToFirst, kToAll } columnsFitted = Fitted::kNot;  // to the figures of the links
@@ -182,6 +184,8 @@ struct MainWindow::Self {
   void takeImport(const std::string& path, ImportedStations result);
   void nextImport();
   void saveLinkTable();
+  void askReport();
+  void reportEnded(const QString& path, const QString& problem, const Report& made);
   void box(const QString& title, const QString& text);
   // A box that waits for no answer; a later one of its name takes its place.
   void notify(const char* name, const QString& title, const QString& text);

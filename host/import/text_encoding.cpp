@@ -19,23 +19,6 @@ constexpr std::array<std::uint16_t, 32> kWindows{
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 constexpr std::uint32_t kReplacement = 0xFFFD;
 
-void appendUtf8(std::string& text, std::uint32_t code) {
-  const auto byte = [&text](std::uint32_t value) { text += static_cast<char>(value); };
-  if (code < 0x80) return byte(code);
-  if (code < 0x800) {
-    byte(0xC0U | code >> 6);
-  } else {
-    if (code < 0x10000) {
-      byte(0xE0U | code >> 12);
-    } else {
-      byte(0xF0U | code >> 18);
-      byte(0x80U | (code >> 12 & 0x3FU));
-    }
-    byte(0x80U | (code >> 6 & 0x3FU));
-  }
-  byte(0x80U | (code & 0x3FU));
-}
-
 unsigned byteAt(std::string_view bytes, std::size_t at) { return static_cast<unsigned char>(bytes[at]); }
 
 bool isUtf8(std::string_view bytes) { return !firstBadUtf8(bytes); }
@@ -43,11 +26,7 @@ bool isUtf8(std::string_view bytes) { return !firstBadUtf8(bytes); }
 std::string fromWindows(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size() + bytes.size() / 8);
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const unsigned byte = byteAt(bytes, i);
-    const std::uint32_t mapped = byte >= 0x80 && byte < 0xA0 ? kWindows[byte - 0x80] : byte;
-    appendUtf8(text, mapped == 0 && byte != 0 ? kReplacement : mapped);
-  }
+  for (const char c : bytes) appendUtf8(text, windowsCharacter(static_cast<unsigned char>(c)));
   return text;
 }
 
@@ -91,6 +70,34 @@ std::string binaryProblem(std::string_view text) {
     return "line " + std::to_string(lines + 1) +
            ": there is a zero byte; this is no text file, or it is damaged";
   }
+  return controlsProblem(text);
+}
+
+}  // namespace
+
+void appendUtf8(std::string& text, std::uint32_t code) {
+  const auto byte = [&text](std::uint32_t value) { text += static_cast<char>(value); };
+  if (code < 0x80) return byte(code);
+  if (code < 0x800) {
+    byte(0xC0U | code >> 6);
+  } else {
+    if (code < 0x10000) {
+      byte(0xE0U | code >> 12);
+    } else {
+      byte(0xF0U | code >> 18);
+      byte(0x80U | (code >> 12 & 0x3FU));
+    }
+    byte(0x80U | (code >> 6 & 0x3FU));
+  }
+  byte(0x80U | (code & 0x3FU));
+}
+
+std::uint32_t windowsCharacter(unsigned char byte) {
+  const std::uint32_t mapped = byte >= 0x80 && byte < 0xA0 ? kWindows[byte - 0x80U] : byte;
+  return mapped == 0 && byte != 0 ? kReplacement : mapped;
+}
+
+std::string controlsProblem(std::string_view text) {
   const std::string_view sample = text.substr(0, kSample);
   const auto controls = std::count_if(sample.begin(), sample.end(), [](char c) {
     return static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\r' && c != '\t';
@@ -99,27 +106,29 @@ std::string binaryProblem(std::string_view text) {
   return {};
 }
 
-}  // namespace
+EncodingStart encodingOfStart(std::string_view bytes) {
+  using namespace std::string_view_literals;
+  if (bytes.substr(0, 4) == "\xFF\xFE\0\0"sv || bytes.substr(0, 4) == "\0\0\xFE\xFF"sv)
+    return {TextEncoding::kUtf32, 4};
+  if (bytes.substr(0, 2) == "\xFF\xFE"sv) return {TextEncoding::kUtf16Little, 2};
+  if (bytes.substr(0, 2) == "\xFE\xFF"sv) return {TextEncoding::kUtf16Big, 2};
+  if (zerosAt(bytes, 0)) return {TextEncoding::kUtf16Big, 0};
+  if (zerosAt(bytes, 1)) return {TextEncoding::kUtf16Little, 0};
+  return {TextEncoding::kBytes, bytes.substr(0, 3) == "\xEF\xBB\xBF"sv ? 3U : 0U};
+}
 
 void decodeText(std::string_view bytes, DecodedText& result) {
-  constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-  constexpr std::string_view kLittleMark = "\xFF\xFE", kBigMark = "\xFE\xFF";
-  using namespace std::string_view_literals;
-  if (bytes.substr(0, 4) == "\xFF\xFE\0\0"sv || bytes.substr(0, 4) == "\0\0\xFE\xFF"sv) {
+  const EncodingStart start = encodingOfStart(bytes);
+  const std::string_view content = bytes.substr(start.markBytes);
+  if (start.encoding == TextEncoding::kUtf32) {
     result.error = "its encoding is UTF-32; save it as UTF-8";
     return;
   }
-  const bool little = bytes.substr(0, 2) == kLittleMark, big = bytes.substr(0, 2) == kBigMark;
-  if (little || big) {
-    result.converted = fromUtf16(bytes.substr(2), big);
-    result.note = "encoding UTF-16";
-  } else if (zerosAt(bytes, 1) || zerosAt(bytes, 0)) {
-    result.converted = fromUtf16(bytes, zerosAt(bytes, 0));
-    result.note = "no encoding is named; read as UTF-16";
-  } else if (bytes.substr(0, 3) == kUtf8Mark && isUtf8(bytes)) {
-    result.text = bytes.substr(3);
-  } else if (isUtf8(bytes)) {
-    result.text = bytes;
+  if (start.encoding != TextEncoding::kBytes) {
+    result.converted = fromUtf16(content, start.encoding == TextEncoding::kUtf16Big);
+    result.note = start.markBytes > 0 ? "encoding UTF-16" : "no encoding is named; read as UTF-16";
+  } else if (isUtf8(content)) {
+    result.text = content;
   } else {
     result.error = binaryProblem(bytes);
     if (!result.error.empty()) return;

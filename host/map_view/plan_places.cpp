@@ -84,8 +84,13 @@ GeodesicLine bentLine(Position from, Position to) {
 }
 
 void PlanPlaces::set(const Plan* plan, const LinkAnalysis* analysis) {
+  set(
+      plan, analysis == nullptr ? ResultOf() : [analysis](LinkId link) { return analysis->find(link); });
+}
+
+void PlanPlaces::set(const Plan* plan, ResultOf resultOf) {
   plan_ = plan;
-  analysis_ = analysis;
+  resultOf_ = std::move(resultOf);
   stations_.clear();
   links_.clear();
   stale_ = true;
@@ -181,7 +186,7 @@ void PlanPlaces::refreshLinks() {
     const StationPlace* from = station(link.from);
     const StationPlace* to = station(link.to);
     if (from == nullptr || to == nullptr) continue;
-    const LinkResult* result = analysis_ != nullptr ? analysis_->find(id) : nullptr;
+    const LinkResult* result = resultOf_ ? resultOf_(id) : nullptr;
     const std::uint64_t mark = markOf(*from, *to, result);
     while (old != before.end() && old->id < id) ++old;
     const bool same = old != before.end() && old->id == id && old->mark == mark;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -58,6 +59,9 @@ class PlanPlaces {
  public:
   // Both must outlive this, or be taken away by null.
   void set(const Plan* plan, const LinkAnalysis* analysis);
+  // The same with results from elsewhere; null for a link that has none.
+  using ResultOf = std::function<const LinkResult*(LinkId)>;
+  void set(const Plan* plan, ResultOf resultOf);
   void changed() { stale_ = true; }
 
   // In the order of their ids. Looking at them after a change works through the plan: some 0.1 us a station
@@ -79,7 +83,7 @@ class PlanPlaces {
                     const LinkResult* result, std::uint64_t mark) const;
 
   const Plan* plan_ = nullptr;
-  const LinkAnalysis* analysis_ = nullptr;
+  ResultOf resultOf_;
   bool stale_ = true;
   PlanDatum datum_ = PlanDatum::kNad83;
   std::vector<StationPlace> stations_;

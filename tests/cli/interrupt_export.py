@@ -46,15 +46,15 @@ def read_all(master):
         shown += piece
 
 
-def interrupted_export(program, folder):
+def interrupted(program, folder, arguments):
     """The exit code and what the terminal was shown."""
     environment = dict(os.environ, XDG_CONFIG_HOME=folder + "/config", XDG_STATE_HOME=folder + "/state", TERM="xterm")
     master, terminal = pty.openpty()
     termios.tcflow(terminal, termios.TCOOFF)
-    with subprocess.Popen([program] + ARGUMENTS + ["-o", folder + "/signal.csv"], stdin=subprocess.DEVNULL,
+    with subprocess.Popen([program] + arguments, stdin=subprocess.DEVNULL,
                           stdout=subprocess.DEVNULL, stderr=terminal, env=environment) as running:
         try:
-            wait_until(lambda: catches(running.pid, signal.SIGINT), "the export waits for Ctrl+C")
+            wait_until(lambda: catches(running.pid, signal.SIGINT), "the work waits for Ctrl+C")
             running.send_signal(signal.SIGINT)
             # It takes the first one only, so that a second one ends it at once.
             wait_until(lambda: not catches(running.pid, signal.SIGINT), "Ctrl+C has arrived")
@@ -72,7 +72,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         with open(folder + "/signal.csv", "w", encoding="utf-8") as file:
             file.write("before")
-        code, shown = interrupted_export(program, folder)
+        code, shown = interrupted(program, folder, ARGUMENTS + ["-o", folder + "/signal.csv"])
         with open(folder + "/signal.csv", encoding="utf-8") as file:
             content = file.read()
         left = sorted(name for name in os.listdir(folder) if name not in ("config", "state"))

@@ -324,6 +324,77 @@ TEST_F(PlanFilesTest, ARecentFileThatIsGoneIsToldAndForgotten) {
   EXPECT_EQ(window().document().plan(), samplePlan());
 }
 
+// ---- Report ----
+
+class ReportMenuTest : public PlanFilesTest {
+ protected:
+  // Asks for a report into that file; the window that shows its progress is there afterwards.
+  QDialog* askReport(const std::string& path) {
+    whenAsked<QDialog>(QStringLiteral("reportDialog"), [](QDialog& dialog) {
+      dialog.findChild<QPushButton*>(QStringLiteral("reportOk"))->click();
+    });
+    chooseFile("reportFileDialog", path);
+    action("mnuFileReport")->trigger();
+    return window().findChild<QDialog*>(QStringLiteral("reportProgress"));
+  }
+};
+
+TEST_F(ReportMenuTest, AReportOfThePlanAsItIsIsSaved) {
+  started();
+  EXPECT_TRUE(window().document().path().empty());  // it was never saved
+  const std::string path = (folder_ / "report.pdf").string();
+  ASSERT_NE(askReport(path), nullptr);
+  ASSERT_TRUE(waitFor([&] { return said() == QLatin1String("Saved report.pdf: 2 pages"); }))
+      << said().toStdString();
+  EXPECT_TRUE(test::fileBytes(path).starts_with("%PDF-"));
+  EXPECT_EQ(window().findChild<QDialog*>(QStringLiteral("reportProgress")), nullptr);
+}
+
+TEST_F(ReportMenuTest, CancelLeavesTheFileThatWasThere) {
+  started();
+  const std::string path = (folder_ / "report.pdf").string();
+  QDialog* progress = askReport(path);
+  ASSERT_NE(progress, nullptr);
+  test::writeBytes(path, "before");  // not earlier, when it would be asked about
+  progress->findChild<QPushButton*>(QStringLiteral("reportProgressCancel"))->click();
+  ASSERT_TRUE(waitFor([&] { return said().startsWith(QLatin1String("The report was cancelled")); }));
+  EXPECT_EQ(test::fileBytes(path), "before");
+}
+
+TEST_F(ReportMenuTest, AWindowThatIsGoneTakesItsReportWithIt) {
+  started();
+  const std::string path = (folder_ / "report.pdf").string();
+  ASSERT_NE(askReport(path), nullptr);
+  dropWindow();
+  EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(ReportMenuTest, AFullDiskIsToldAndLeavesTheFileThatWasThere) {
+  started();
+  const std::string path = (folder_ / "report.pdf").string();
+  rlimit usual{};
+  ::getrlimit(RLIMIT_FSIZE, &usual);
+  const auto before = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{1000, usual.rlim_max};
+  ASSERT_NE(askReport(path), nullptr);
+  test::writeBytes(path, "before");
+  QString text;
+  answerBox(QStringLiteral("message"), QMessageBox::Ok, &text);
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  const bool told = waitFor([&] { return !text.isEmpty(); });
+  ::setrlimit(RLIMIT_FSIZE, &usual);
+  std::signal(SIGXFSZ, before);
+  ASSERT_TRUE(told);
+  EXPECT_TRUE(text.startsWith(QLatin1String("report.pdf was not written: "))) << text.toStdString();
+  EXPECT_EQ(test::fileBytes(path), "before");
+}
+
+TEST_F(ReportMenuTest, ThereIsNoneOfAPlanWithoutLinks) {
+  started();
+  window().document().apply(removeLinks(window().document().plan(), {1}));
+  EXPECT_FALSE(action("mnuFileReport")->isEnabled());
+}
+
 // ---- Imports and drops ----
 
 TEST_F(PlanFilesTest, AListOfLinksBringsTheirFrequencies) {

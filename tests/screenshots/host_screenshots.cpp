@@ -1,6 +1,6 @@
 // Draws the pictures of the desktop program: its window at a first start, a plan with links of every verdict,
-// the pages of the preferences, and the questions about stations, without a display, each in a file of its
-// own.
+// the pages of the preferences, the questions that it asks, and a page of its report, without a display, each
+// in a file of its own.
 //
 //     host_screenshots FOLDER
 //
@@ -13,8 +13,11 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QEventLoop>
+#include <QImage>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QTableView>
 #include <QTest>
 #include <QWidget>
@@ -24,10 +27,15 @@
 #include "desktop/main_window.h"
 #include "map_view/map_view.h"
 #include "preferences/preferences_dialog.h"
+#include "report/link_map.h"
+#include "report/link_plot.h"
+#include "report/page_drawing.h"
+#include "report/report_job.h"
 #include "screenshots/shooting.h"
 #include "support/temporary_folder.h"
 #include "zel/automation.h"
 #include "zel/profile_control.h"
+#include "zel/terrain_map.h"
 
 namespace zel::host {
 namespace {
@@ -115,10 +123,64 @@ void shootPreferences(const QDir& folder) {
     auto& coverage = part<QLabel>(dialog, "lblCoverage");
     if (page == PreferencesPage::kTerrain)
       wait("the coverage", [&] { return coverage.text().contains(QLatin1String("1 raster")); });
+    if (page == PreferencesPage::kPrograms) {
+      auto& file = part<QLineEdit>(dialog, "txtSettingsFile");
+      file.setText(QStringLiteral("/home/planner/.config/zelprofiler/Terrain Profiler.ini"));
+      file.setCursorPosition(0);
+    }
     saveWithoutFocus(dialog, folder, name);
   };
   shoot(PreferencesPage::kTerrain, "preferences-terrain.png");
   shoot(PreferencesPage::kModel, "preferences-model.png");
+  shoot(PreferencesPage::kPointToPoint, "preferences-point-to-point.png");
+  shoot(PreferencesPage::kColours, "preferences-colors.png");
+  shoot(PreferencesPage::kPrograms, "preferences-programs.png");
+}
+
+void shootFrequency(MainWindow& window, const QDir& folder) {
+  part<QTableView>(window, "linksTable").selectRow(1);
+  shootDialog(
+      "frequencyDialog", folder, "frequency-dialog.png",
+      [&window] { part<QAction>(window, "mnuLinkFrequency").trigger(); },
+      [](QWidget& dialog) { dynamic_cast<QInputDialog&>(dialog).setTextValue(QStringLiteral("2400")); });
+}
+
+void shootHeightScale(MainWindow& window, const QDir& folder) {
+  shootDialog(
+      "heightScaleDialog", folder, "height-scale.png",
+      [&window] { part<QAction>(window, "mnuViewScaleFixed").trigger(); }, [](QWidget&) {});
+}
+
+void shootReportDialog(MainWindow& window, const QDir& folder) {
+  shootDialog(
+      "reportDialog", folder, "report-dialog.png",
+      [&window] { part<QAction>(window, "mnuFileReport").trigger(); }, [](QWidget&) {});
+}
+
+// As on paper, at a size for a screen.
+void drawReportPage(const QDir& folder) {
+  constexpr double kDotsPerMm = 84 / 25.4;
+  const Plan plan = samplePlan();
+  const LinkId id = plan.links.begin()->first;
+  const Link& link = plan.links.at(id);
+  const PageFigures figures = pageFigures(plan, link);
+  QImage paper(static_cast<int>(kSheetA4.width * kDotsPerMm), static_cast<int>(kSheetA4.height * kDotsPerMm),
+               QImage::Format_RGB32);
+  paper.fill(Qt::white);
+  QPainter painter(&paper);
+  painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+  PageText text(painter, kDotsPerMm);
+  const LinkPage page = linkPage(plan, link, figures, {});
+  const LinkPageLayout layout = measureLinkPage(text, kSheetA4, page);
+  LinkMap map(TerrainMap::open(3));
+  map.begin(plan, id, figures, lookOnPaper(layout.map, false, AngleFormat::kDegreesMinutesSeconds));
+  wait("the report's map", [&map] { return map.ready(); });
+  const LinkPictures pictures{map.picture(), linkPlot(plan, link, figures.result, layout.plot, false)};
+  drawLinkPage(text, {"plan", "2026-11-15 19:05", "Terrain Profiler 0.1.0", kSheetA4, 2, 2}, layout, page,
+               pictures);
+  painter.end();
+  if (!paper.save(folder.filePath(QStringLiteral("report-page.png")), "PNG", 0))
+    throw ScreenshotError("cannot write report-page.png");
 }
 
 void shootAll(const QDir& folder) {
@@ -138,6 +200,10 @@ void shootAll(const QDir& folder) {
   shootStations(window, folder);
   shootAddStation(window, folder);
   shootImport(window, folder);
+  shootFrequency(window, folder);
+  shootHeightScale(window, folder);
+  shootReportDialog(window, folder);
+  drawReportPage(folder);
   shootPreferences(folder);
 }
 

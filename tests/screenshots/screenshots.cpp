@@ -1,5 +1,6 @@
-// Draws the pictures of the documents: the profile window, the settings dialog, the link budget and the print
-// preview as a host shows them, and the loss table, without a display, each in a file of its own.
+// Draws the pictures of the documents: the profile window, the settings dialog, the link budget, the print
+// preview and the questions ahead of a print as a host shows them, and the loss table, without a display,
+// each in a file of its own.
 //
 //     screenshots FOLDER
 //
@@ -9,10 +10,12 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
 #include <memory>
 #include <string>
@@ -68,6 +71,36 @@ void shootPreview(const QDir& folder) {
       });
 }
 
+constexpr const char* kPdfFile = "/home/planner/Documents/Terrain Profile.pdf";
+
+void shootPrinterDialog(const QDir& folder) {
+  shootDialog(
+      "printDialog", folder, "printer-dialog.png",
+      [] { part<QAction>(topWindow("frmProfile"), "mnuPrint").trigger(); },
+      [](QWidget& dialog) {
+        part<QComboBox>(dialog, "paper").setCurrentText(QStringLiteral("A4"));
+        part<QLineEdit>(dialog, "filename").setText(QLatin1String(kPdfFile));
+      });
+}
+
+// It comes after the printer dialog; closing it prints nothing.
+void shootPrintDescription(const QDir& folder) {
+  QTimer printer;
+  QObject::connect(&printer, &QTimer::timeout, &printer, [&printer] {
+    auto* dialog = qobject_cast<QDialog*>(shownWindow("printDialog"));
+    if (dialog == nullptr) return;
+    printer.stop();
+    dialog->accept();
+  });
+  printer.start(20);
+  shootDialog(
+      "frmPrtDesc", folder, "print-description.png",
+      [] { part<QAction>(topWindow("frmProfile"), "mnuPrint").trigger(); },
+      [](QWidget& dialog) {
+        part<QLineEdit>(dialog, "txtDescription").setText(QStringLiteral("North ridge, first draft"));
+      });
+}
+
 void drawLossTable(const QDir& folder) {
   LossTableImageRequest request;
   request.from = {kStart.Lat, kStart.Lon};
@@ -105,6 +138,8 @@ void shootAll(const QDir& folder) {
   shootProfile(profiler, folder);
   shootLinkBudget(folder);
   shootPreview(folder);
+  shootPrinterDialog(folder);
+  shootPrintDescription(folder);
   shootDialog(
       "frmOptionsProfile", folder, "settings-dialog.png", [&profiler] { profiler.ShowOptionsForm(); },
       [](QWidget&) {});

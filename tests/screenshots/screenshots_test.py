@@ -11,15 +11,24 @@ import tempfile
 # With the bytes that each may have at most. Shaded terrain packs badly.
 PICTURES = {
     "add-station.png": 90000,
+    "frequency-dialog.png": 90000,
+    "height-scale.png": 90000,
     "import-summary.png": 90000,
     "link-budget.png": 90000,
     "loss-table.png": 90000,
     "map-stations.png": 700000,
     "map-window.png": 700000,
     "preferences-model.png": 90000,
+    "preferences-colors.png": 90000,
+    "preferences-point-to-point.png": 90000,
+    "preferences-programs.png": 90000,
     "preferences-terrain.png": 90000,
+    "print-description.png": 90000,
     "print-preview.png": 90000,
+    "printer-dialog.png": 90000,
     "profile-window.png": 90000,
+    "report-dialog.png": 90000,
+    "report-page.png": 900000,
     "settings-dialog.png": 90000,
 }
 
@@ -42,7 +51,7 @@ def main():
             faults.append(f"it drew {sorted(pictures)}")
         for name, data in pictures.items():
             width, height = (int.from_bytes(data[i:i + 4], "big") for i in (16, 20))
-            if data[:8] != b"\x89PNG\r\n\x1a\n" or not (250 <= width <= 1200 and 100 <= height <= 1000):
+            if data[:8] != b"\x89PNG\r\n\x1a\n" or not (150 <= width <= 1200 and 80 <= height <= 1000):
                 faults.append(f"{name} is no PNG of a window: {width} x {height}")
             if len(data) > PICTURES.get(name, 0):
                 faults.append(f"{name} has {len(data)} bytes")

@@ -128,6 +128,7 @@ inline int drawInto(int argc, char** argv, const char* program,
   qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("QT_SCALE_FACTOR", "1");
   qputenv("QT_FONT_DPI", "96");
+  qputenv("CUPS_SERVER", "/nowhere/cups.sock");  // the machine's printers
   for (const char* variable : {"QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "QT_SCREEN_SCALE_FACTORS"})
     qunsetenv(variable);
   qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
