@@ -14,6 +14,7 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -91,6 +92,9 @@ struct LongleyRiceResult {
 
 // Never throws for bad numbers: the error says what was wrong. The loss is always a number.
 ZEL_API LongleyRiceResult computeLongleyRice(const LongleyRiceRequest& request);
+// The same over elevations that are read where they lie; those of the request are not looked at.
+ZEL_API LongleyRiceResult computeLongleyRice(const LongleyRiceRequest& request,
+                                             std::span<const double> elevationsM);
 
 }  // namespace zel
 

@@ -101,7 +101,7 @@ const std::vector<Member>& members() {
        "one of the stations that ShowMainForm or GetPathLoss was given last. A file that is there is "
        "replaced without a question. Nothing happens for a name under 5 characters. A path that cannot be "
        "profiled, and a file that cannot be written, is told in a box (without a graphical application a "
-       "line on standard error), and nothing is written.",
+       "line on standard error), and nothing is written. Ground from -500 m up to -100 m ends the process.",
        callWithText<&Control::ExportDataToCSV>},
       {"ExportITMToCSV",
        kMethod,
@@ -113,7 +113,7 @@ const std::vector<Member>& members() {
        "stations that ShowMainForm or GetPathLoss was given last. A file that is there is replaced without a "
        "question. Nothing happens for a name under 5 characters. A path that cannot be profiled, and a file "
        "that cannot be written, is told in a box (without a graphical application a line on standard error), "
-       "and nothing is written.",
+       "and nothing is written. Ground from -500 m up to -100 m ends the process.",
        callWithText<&Control::ExportITMToCSV>},
       {"OFrmLoaded",
        kGet,
@@ -153,7 +153,7 @@ const std::vector<Member>& members() {
        "name, apart from the one that ShowMainForm shows and from its flags. It keeps the stations that "
        "ShowMainForm or GetPathLoss was given last. It is shown by its method Show, and unloaded when the "
        "object is released. Nothing (the null object) where no window can be shown, after a message that "
-       "says why.",
+       "says why. Ground from -500 m up to -100 m ends the process.",
        callGet<&Control::get_PForm>},
       {"PFrmLoaded",
        kGet,

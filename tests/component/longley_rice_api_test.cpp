@@ -49,6 +49,13 @@ LongleyRiceRequest rollingRequest() {
   return request;
 }
 
+TEST(LongleyRiceFunction, ReadsElevationsWhereTheyLie) {
+  LongleyRiceRequest request = rollingRequest();
+  const std::vector<double> elevations = std::move(request.elevationsM);
+  request.elevationsM = {kNotANumber};  // is not looked at
+  EXPECT_EQ(computeLongleyRice(request, elevations).lossDb, computeLongleyRice(rollingRequest()).lossDb);
+}
+
 TEST(LongleyRiceFunction, GivesThePublishedLossesOfTheWorkedExample) {
   const nlohmann::json path = publishedPath();
   const LongleyRiceResult result = computeLongleyRice(publishedRequest());

@@ -74,11 +74,11 @@ void requireElevations(std::span<const double> elevations) {
 }
 
 // Ns at the path. The elevations have been checked.
-double surfaceRefractivity(const LongleyRiceRequest& request) {
+double surfaceRefractivity(const LongleyRiceRequest& request, std::span<const double> elevations) {
   if (!request.seaLevelRefractivity) return request.surfaceRefractivity;
   const double seaLevel = *request.seaLevelRefractivity;
   longrice::requireWithin(longrice::limits::kSeaLevelRefractivity, seaLevel);
-  const double height = longrice::meanElevation(request.elevationsM);
+  const double height = longrice::meanElevation(elevations);
   const double surface = longrice::surfaceRefractivityAt(height, seaLevel);
   const longrice::InputLimit& limit = longrice::limits::kSurfaceRefractivity;
   if (!(surface >= limit.low && surface <= limit.high))
@@ -91,7 +91,7 @@ double surfaceRefractivity(const LongleyRiceRequest& request) {
   return surface;
 }
 
-longrice::Parameters modelParameters(const LongleyRiceRequest& request) {
+longrice::Parameters modelParameters(const LongleyRiceRequest& request, std::span<const double> elevations) {
   if (!longrice::isRadioClimate(request.climate))
     throw RequestFault{"climate",
                        "the climate code is " + std::to_string(request.climate) + "; it must be 1 to 7"};
@@ -101,7 +101,7 @@ longrice::Parameters modelParameters(const LongleyRiceRequest& request) {
   parameters.climate = request.climate;
   parameters.permittivity = request.permittivity;
   parameters.conductivity = request.conductivity;
-  parameters.surfaceRefractivity = surfaceRefractivity(request);
+  parameters.surfaceRefractivity = surfaceRefractivity(request, elevations);
   return parameters;
 }
 
@@ -129,14 +129,14 @@ std::vector<std::string> warningTexts(const longrice::Prediction& prediction, in
   return longrice::describe(warnings, prediction.link(), climate);
 }
 
-LongleyRiceResult compute(const LongleyRiceRequest& request) {
-  requireElevations(request.elevationsM);
+LongleyRiceResult compute(const LongleyRiceRequest& request, std::span<const double> elevations) {
+  requireElevations(elevations);
   const std::vector<double> confidences = deviatesOf(Parameter::kConfidence, request.confidence);
   const std::vector<double> reliabilities = deviatesOf(Parameter::kReliability, request.reliability);
-  const longrice::Model model(modelParameters(request));
+  const longrice::Model model(modelParameters(request, elevations));
   longrice::GrowingPath path = model.path(request.spacingM, request.transmitterHeightM);
-  path.reserve(request.elevationsM.size());
-  path.append(request.elevationsM);  // at once, so that an error names the path's whole length
+  path.reserve(elevations.size());
+  path.append(elevations);  // at once, so that an error names the path's whole length
   const longrice::Prediction prediction = model.predict(path, request.receiverHeightM);
   const longrice::PathTerrain& terrain = prediction.terrain();
 
@@ -202,8 +202,12 @@ const char* radioClimateName(int climate) {
 }
 
 LongleyRiceResult computeLongleyRice(const LongleyRiceRequest& request) {
+  return computeLongleyRice(request, request.elevationsM);
+}
+
+LongleyRiceResult computeLongleyRice(const LongleyRiceRequest& request, std::span<const double> elevationsM) {
   try {
-    return compute(request);
+    return compute(request, elevationsM);
   } catch (const ParameterError& error) {
     return refused(memberOf(error.parameter()), error.description());
   } catch (const RequestFault& fault) {
