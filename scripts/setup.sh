@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs the Debian 12 packages that are missing. Usage: scripts/setup.sh run|test|long
+# Installs the Debian 12 packages that are missing. Usage: scripts/setup.sh [run|test|long|package]
 # Quiet when there is nothing to do. Messages go to standard error; the log is build/logs/setup.log.
 # ZEL_SKIP_SETUP=1 leaves the machine as it is.
 set -euo pipefail
@@ -7,19 +7,21 @@ set -euo pipefail
 # What the program is built from.
 run_packages=(
   cmake ninja-build g++ ccache pkg-config
-  qt6-base-dev gnuplot-nox libgdal-dev libproj-dev proj-data
+  qt6-base-dev qt6-svg-dev gnuplot-nox libgdal-dev libproj-dev proj-data
   libcli11-dev nlohmann-json3-dev libzip-dev
   fonts-dejavu-core python3 python3-markdown
 )
-# What its tests, fuzzers and checks need besides. qt6-svg and poppler read pictures and pages back; llvm-14 makes the
-# sanitizers' reports name functions; xvfb is a screen in memory
-# for the window.
+# What its tests, fuzzers and checks need besides. poppler reads pages back; xvfb is a screen in memory for the window;
+# llvm-14 makes the sanitizers' reports name functions.
 test_packages=(
-  libgtest-dev libbenchmark-dev qt6-svg-dev poppler-utils xvfb
+  libgtest-dev libbenchmark-dev poppler-utils xvfb
+  python3-dev pybind11-dev python3-numpy
   clang-14 libclang-rt-14-dev lld-14 llvm-14 clang-format-14
 )
 # What only ./test --long needs.
 long_packages=(clang-tidy-14 debootstrap)
+# What scripts/package.sh needs to make a Debian package of the program, with the Python package in it.
+package_packages=(dpkg-dev file python3-dev pybind11-dev)
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 log=$root/build/logs/setup.log
@@ -29,12 +31,13 @@ fail() {
   exit 1
 }
 
-case ${1:-} in
+case ${1:-run} in
   run) wanted=("${run_packages[@]}") ;;
   test) wanted=("${run_packages[@]}" "${test_packages[@]}") ;;
-  long) wanted=("${run_packages[@]}" "${test_packages[@]}" "${long_packages[@]}") ;;
+  long) wanted=("${run_packages[@]}" "${test_packages[@]}" "${long_packages[@]}" "${package_packages[@]}") ;;
+  package) wanted=("${run_packages[@]}" "${package_packages[@]}") ;;
   *)
-    echo "usage: $0 run|test|long" >&2
+    echo "usage: $0 [run|test|long|package]" >&2
     exit 2
     ;;
 esac

@@ -1,17 +1,14 @@
-# Installs the build to a prefix of its own, then configures, builds and runs a consumer against nothing but that.
-#   cmake -DBUILD=... -DWORK=... -DCONSUMER=<folder> -DGENERATOR=... -DC=... -DCXX=... -P run.cmake
+# Configures, builds and runs a consumer against nothing but the installed tree.
+#   cmake -DPREFIX=... -DWORK=... -DCONSUMER=<folder> -DGENERATOR=... -DC=... -DCXX=... -P run.cmake
 cmake_minimum_required(VERSION 3.25)
 get_filename_component(name ${CONSUMER} NAME)
-set(prefix ${WORK}/${name}/prefix)
 set(build ${WORK}/${name}/build)
 set(log_folder ${WORK}/${name}/log)
 file(REMOVE_RECURSE ${WORK}/${name})
 file(MAKE_DIRECTORY ${log_folder})
 
-execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix}
-  OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND ${CMAKE_COMMAND} -S ${CONSUMER} -B ${build} -G ${GENERATOR}
-    -DCMAKE_BUILD_TYPE=Release -DCMAKE_C_COMPILER=${C} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_PREFIX_PATH=${prefix}
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_C_COMPILER=${C} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_PREFIX_PATH=${PREFIX}
   COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND ${CMAKE_COMMAND} --build ${build} COMMAND_ERROR_IS_FATAL ANY)
 foreach(program consumer_${name} consumer_${name}_windows)
