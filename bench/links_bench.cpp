@@ -90,7 +90,9 @@ std::shared_ptr<const PathCalculator> calculatorOf(const Box& box) {
 }
 
 PathSource sourceOf(const std::shared_ptr<const PathCalculator>& calculator) {
-  return {[calculator](const PathProfileRequest& request) { return calculator->profile(request); },
+  return {[calculator](const PathProfileRequest& request, const std::vector<std::optional<double>>& factors) {
+            return calculator->profiles(request, factors);
+          },
           [calculator](const PathLossRequest& request) { return calculator->loss(request); }};
 }
 
@@ -140,8 +142,8 @@ void BM_LinkWithTwoFactorsOverATile(benchmark::State& state) { link(state, kTile
 void BM_ProfileOfALink(benchmark::State& state) {
   eachLink(state, kTile, [](const List& list, const PathSource& source, std::size_t index) {
     const LinkInput& input = list.inputs[index];
-    benchmark::DoNotOptimize(source.profile(
-        {input.from, input.to, input.fromHeight, input.toHeight, 4.0 / 3, input.frequencyMhz}));
+    benchmark::DoNotOptimize(source.profiles(
+        {input.from, input.to, input.fromHeight, input.toHeight, {}, input.frequencyMhz}, {4.0 / 3}));
   });
 }
 

@@ -331,8 +331,9 @@ class LinksRun {
   BatchJob job() const {
     BatchJob job;
     const auto calculator = calculator_;
-    job.source.profile = [calculator](const PathProfileRequest& request) {
-      return calculator->profile(request);
+    job.source.profiles = [calculator](const PathProfileRequest& request,
+                                       const std::vector<std::optional<double>>& factors) {
+      return calculator->profiles(request, factors);
     };
     job.source.loss = [calculator](const PathLossRequest& request) { return calculator->loss(request); };
     job.figures = figures_;
@@ -405,7 +406,10 @@ class LinksRun {
       if (layout.columnOf(field) && layout.nameOf(field) != kLinkFieldNames[static_cast<std::size_t>(field)])
         text += std::string(", ") + kLinkFieldNames[static_cast<std::size_t>(field)] + " from \"" +
                 printableText(layout.nameOf(field)) + "\"";
-    if (layout.columnOf(LinkField::kHeight1) && layout.heightUnits[0] != 1) text += ", heights in feet";
+    const bool feet1 = layout.columnOf(LinkField::kHeight1) && layout.heightUnits[0] != 1,
+               feet2 = layout.columnOf(LinkField::kHeight2) && layout.heightUnits[1] != 1;
+    if (feet1 || feet2)
+      text += feet1 && feet2 ? ", heights in feet" : feet1 ? ", h1 in feet" : ", h2 in feet";
     if (layout.columnOf(LinkField::kFrequency) && layout.frequencyUnit != 1)
       text += ", frequencies in " + std::string(layout.frequencyUnit > 1 ? "GHz" : "kHz");
     return text;

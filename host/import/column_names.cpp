@@ -180,8 +180,11 @@ void takeUnits(Words& words, ColumnMeaning& meaning) {
 }
 
 void takeSide(Words& words, ColumnMeaning& meaning) {
-  if (take(words, {"1", "a", "from", "tx", "start", "near", "transmitter"})) meaning.side = 1;
-  if (take(words, {"2", "b", "to", "rx", "end", "far", "receiver"})) meaning.side = 2;
+  if (take(words,
+           {"1", "a", "from", "tx", "start", "near", "transmitter", "von", "anfang", "depart", "inicio"}))
+    meaning.side = 1;
+  if (take(words, {"2", "b", "to", "rx", "end", "far", "receiver", "nach", "ende", "arrivee", "fin"}))
+    meaning.side = 2;
 }
 
 bool takeFrequency(const Words& words, ColumnMeaning& meaning) {

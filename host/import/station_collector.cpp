@@ -60,10 +60,19 @@ std::optional<Measure> measureOf(std::string_view text) {
 }  // namespace
 
 std::string_view withoutBlanks(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  const std::size_t begin = text.find_first_not_of(kBlanks);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+  constexpr std::string_view kBlanks = " \t\r\n", kNoBreakSpace = "\xC2\xA0";
+  for (;;) {
+    const std::size_t begin = text.find_first_not_of(kBlanks);
+    if (begin == std::string_view::npos) return {};
+    text = text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+    // They come with what was copied from a page.
+    if (text.substr(0, 2) == kNoBreakSpace)
+      text.remove_prefix(2);
+    else if (text.size() > 2 && text.substr(text.size() - 2) == kNoBreakSpace)
+      text.remove_suffix(2);
+    else
+      return text;
+  }
 }
 
 std::string shownText(std::string_view text) {

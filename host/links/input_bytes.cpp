@@ -104,6 +104,13 @@ std::uint64_t InputBytes::fingerprint() {
   }
 }
 
+bool InputBytes::ready() const {
+  struct pollfd wanted {
+    descriptor_, POLLIN, 0
+  };
+  return ::poll(&wanted, 1, 0) != 0;
+}
+
 bool InputBytes::read(std::string& buffer, const std::function<bool()>& stop) {
   for (;;) {
     if (stop && stop()) return false;

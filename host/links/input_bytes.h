@@ -35,6 +35,8 @@ class InputBytes {
 
   // Appends what there is; false at the end, and once `stop` says so, which is asked while nothing comes.
   bool read(std::string& buffer, const std::function<bool()>& stop);
+  // Whether read() would not wait: there is something, or the end.
+  bool ready() const;
 
  private:
   std::string title_;

@@ -7,6 +7,7 @@
 #include <exception>
 #include <memory>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -38,8 +39,13 @@ class Workers {
  public:
   Workers(const LinkWriter& writer, const BatchJob& job) : writer_(writer), job_(job) {
     threads_.reserve(job.jobs);
-    for (std::size_t i = 0; i < std::max<std::size_t>(job.jobs, 1); ++i)
-      threads_.emplace_back([this] { work(); });
+    try {
+      for (std::size_t i = 0; i < std::max<std::size_t>(job.jobs, 1); ++i)
+        threads_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+      // Where the system gives no more of them, those that there are do the work.
+      if (threads_.empty()) throw;
+    }
   }
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
@@ -118,12 +124,24 @@ class Batch {
         workers_(writer, job) {}
 
   bool run() {
+    // A producer may wait for what its links have become before it sends more.
+    list_.whileWaiting([this] {
+      takeReady();
+      return !advance();
+    });
+    const bool whole = work();
+    list_.whileWaiting(nullptr);
+    return whole;
+  }
+
+ private:
+  bool work() {
     Row row;
     for (std::size_t i = 0; i < job_.done; ++i)
       if (!list_.next(row)) break;
     while (going_ && readPortion()) {
       while (going_ && underWay_.size() >= kBatchesAhead * std::max<std::size_t>(job_.jobs, 1)) takeOldest();
-      while (going_ && !underWay_.empty() && workers_.isReady(*underWay_.front())) takeOldest();
+      takeReady();
     }
     // Asked to end, what is not begun is dropped, and what is ready is kept.
     while (!underWay_.empty() && (going_ || workers_.isReady(*underWay_.front()))) takeOldest();
@@ -131,7 +149,6 @@ class Batch {
     return going_;
   }
 
- private:
   bool advance() {
     if (going_ && hooks_.advance && !hooks_.advance(totals_.links)) going_ = false;
     return going_;
@@ -140,7 +157,8 @@ class Batch {
   bool readPortion() {
     auto portion = std::make_shared<Portion>();
     std::size_t bytes = 0;
-    while (portion->links.size() < kRowsTogether && bytes < kBytesTogether) {
+    while (portion->links.size() < kRowsTogether && bytes < kBytesTogether &&
+           (portion->links.empty() || list_.atHand())) {
       Link link;
       if (!list_.next(link.row)) break;
       bytes += link.row.text.size();
@@ -155,6 +173,10 @@ class Batch {
     underWay_.push_back(portion);
     workers_.add(std::move(portion));
     return true;
+  }
+
+  void takeReady() {
+    while (going_ && !underWay_.empty() && workers_.isReady(*underWay_.front())) takeOldest();
   }
 
   void takeOldest() {

@@ -28,6 +28,10 @@ class LinkList {
   const LinkLayout& layout() const { return layout_; }
   bool marked() const { return decoder_.marked(); }
   bool next(Row& row);
+  // Whether next() would not wait for the input, as far as that can be told.
+  bool atHand() const { return !ahead_.empty() || finished_ || reader_.lineAtHand() || input_.ready(); }
+  // From now on this is asked while nothing comes, and ends the list when it is true.
+  void whileWaiting(std::function<bool()> stop) { stop_ = std::move(stop); }
   // Bytes of the input that its rows so far are, or nearly so.
   std::uint64_t position() const;
   // What was assumed and passed over, so far.

@@ -27,8 +27,7 @@ class Figures {
       layOut();
       return std::move(figures_);
     }
-    std::string problem;
-    for (std::size_t i = 0; i < options_.factors.size() && problem.empty(); ++i) problem = profile(i);
+    const std::string problem = profiles();
     const std::string lossProblem = loss();
     if (!problem.empty())
       figures_.error = problem;
@@ -71,13 +70,15 @@ class Figures {
     figures_.bearingDeg = line.bearingDeg;
   }
 
-  std::string profile(std::size_t index) {
-    auto wanted = request<PathProfileRequest>();
-    wanted.k = options_.factors[index].k;
-    PathProfile profile = source_.profile(wanted);
-    if (profile.status != 0) return profile.error;
-    figures_.clearances[index] = {profile.k, profile.worst, verdictOf(profile, options_.clearPercent)};
-    takeShared(profile);
+  std::string profiles() {
+    std::vector<std::optional<double>> factors;
+    for (const EarthFactor& factor : options_.factors) factors.push_back(factor.k);
+    std::size_t index = 0;
+    for (PathProfile& profile : source_.profiles(request<PathProfileRequest>(), factors)) {
+      if (profile.status != 0) return profile.error;
+      figures_.clearances[index++] = {profile.k, profile.worst, verdictOf(profile, options_.clearPercent)};
+      takeShared(profile);
+    }
     return {};
   }
 

@@ -15,7 +15,10 @@ namespace zel::host {
 
 // Where profiles and losses come from; called from several threads.
 struct PathSource {
-  std::function<PathProfile(const PathProfileRequest&)> profile;
+  // One for each effective-earth factor, as PathCalculator::profiles.
+  std::function<std::vector<PathProfile>(const PathProfileRequest&,
+                                         const std::vector<std::optional<double>>&)>
+      profiles;
   std::function<PathLoss(const PathLossRequest&)> loss;
 };
 

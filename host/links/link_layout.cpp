@@ -207,6 +207,34 @@ std::optional<char> namedDelimiter(RowReader& reader) {
   return delimiter;
 }
 
+// Whether the first row ends here, as far as that can be told before its delimiter is known.
+bool hasFirstRow(std::string_view text) {
+  bool inRow = false, comment = false, quoted = false;
+  for (const char c : text) {
+    if (quoted) {
+      quoted = c != '"';
+    } else if (c == '\n' || c == '\r') {
+      if (inRow) return true;
+      comment = false;
+    } else if (!comment) {
+      comment = c == '#' && !inRow;
+      quoted = c == '"';
+      inRow = inRow || (!comment && std::string_view(" ,;\t|").find(c) == std::string_view::npos);
+    }
+  }
+  return false;
+}
+
+// So much of the text as tells the delimiter: no more is waited for than that takes.
+std::string_view startOf(RowReader& reader) {
+  for (std::size_t wanted = 1;;) {
+    reader.peek(wanted);
+    const std::string_view start = reader.peek(std::min(reader.unread(), kPeeked));
+    if (start.size() < wanted || start.size() >= kPeeked || hasFirstRow(start)) return start;
+    wanted = start.size() + 1;
+  }
+}
+
 // The first row of a text.
 Row firstRow(std::string_view text, char delimiter) {
   bool given = false;
@@ -261,12 +289,20 @@ std::optional<DecimalMark> markIn(const LinkLayout& layout, const std::deque<Row
   return std::nullopt;
 }
 
-// Degrees are surest: a mark in a height may part thousands.
-DecimalMark likelyDecimal(const LinkLayout& layout, const std::deque<Row>& rows) {
-  const auto ofDegrees =
-      markIn(layout, rows,
-             {LinkField::kLatitude1, LinkField::kLongitude1, LinkField::kLatitude2, LinkField::kLongitude2});
-  if (ofDegrees) return *ofDegrees;
+std::optional<DecimalMark> markOfDegrees(const LinkLayout& layout, const Row& row) {
+  return markIn(
+      layout, {row},
+      {LinkField::kLatitude1, LinkField::kLongitude1, LinkField::kLatitude2, LinkField::kLongitude2});
+}
+
+// Degrees are surest: a mark in a height may part thousands. Reads no further than they take.
+DecimalMark readDecimal(const LinkLayout& layout, RowReader& reader, std::deque<Row>& rows) {
+  while (rows.size() < kRowsForDecimal) {
+    Row row;
+    if (!reader.next(row)) break;
+    rows.push_back(std::move(row));
+    if (const auto mark = markOfDegrees(layout, rows.back())) return *mark;
+  }
   return markIn(layout, rows, {LinkField::kHeight1, LinkField::kHeight2, LinkField::kFrequency})
       .value_or(DecimalMark::kPoint);
 }
@@ -297,7 +333,7 @@ std::string delimiterName(char delimiter) {
 LayoutResult readLayout(RowReader& reader, const LayoutOptions& options, std::deque<Row>& rows) {
   const auto named = namedDelimiter(reader);
   char delimiter = options.delimiter.value_or(named.value_or(','));
-  if (!options.delimiter && !named) delimiter = likelyDelimiter(reader.peek(kPeeked), options);
+  if (!options.delimiter && !named) delimiter = likelyDelimiter(startOf(reader), options);
   reader.setDelimiter(delimiter);
   Row header;
   if (!reader.next(header)) return {std::nullopt, "there is nothing in it"};
@@ -307,16 +343,7 @@ LayoutResult readLayout(RowReader& reader, const LayoutOptions& options, std::de
   if (!columns.problem().empty()) return {std::nullopt, where + columns.problem()};
   LayoutResult result{columns.take(), {}};
   result.layout->delimiter = delimiter;
-  if (options.decimal) {
-    result.layout->decimal = *options.decimal;
-    return result;
-  }
-  while (rows.size() < kRowsForDecimal) {
-    Row row;
-    if (!reader.next(row)) break;
-    rows.push_back(std::move(row));
-  }
-  result.layout->decimal = likelyDecimal(*result.layout, rows);
+  result.layout->decimal = options.decimal ? *options.decimal : readDecimal(*result.layout, reader, rows);
   return result;
 }
 

@@ -27,8 +27,11 @@ std::vector<Position> pointsOf(Position from, Position to) {
 
 std::vector<std::vector<Position>> linkLine(Position from, Position to) {
   std::vector<std::vector<Position>> pieces(1);
-  for (const Position& point : pointsOf(from, to)) {
+  for (Position point : pointsOf(from, to)) {
     std::vector<Position>& piece = pieces.back();
+    // The antimeridian has two longitudes: the one of the side where the line is.
+    if (!piece.empty() && std::abs(point.longitude) == kHalfTurn)
+      point.longitude = std::copysign(kHalfTurn, piece.back().longitude);
     if (piece.empty() || std::abs(point.longitude - piece.back().longitude) <= kHalfTurn) {
       piece.push_back(point);
       continue;

@@ -112,10 +112,12 @@ bool RowReader::readQuoted(Row& row) {
     row.text += '"';
     ++at_;
   }
-  nextLine_ += lineBreaks(std::string_view(buffer_).substr(opened, at_ - opened));
+  const std::size_t breaks = lineBreaks(std::string_view(buffer_).substr(opened, at_ - opened));
+  nextLine_ += breaks;
   const std::size_t size = row.text.size();
   if (!readPlain(row)) return false;
-  if (withoutBlanks(std::string_view(row.text).substr(size)).empty()) row.text.resize(size);
+  if (!withoutBlanks(std::string_view(row.text).substr(size)).empty()) return breaks == 0;
+  row.text.resize(size);
   return true;
 }
 

@@ -3,8 +3,9 @@
 // Fields may be quoted, with delimiters, doubled quotes and line breaks inside; lines end with LF, CR LF or
 // CR. Blank lines, and lines that begin with "#", are passed over; the latter are counted. A field is what
 // stands between its delimiters, blanks included; those around a quoted one are not part of it.
-// A quote that does not end within kLongestQuoted is a problem of its line alone, and so is a row beyond
-// kLongestRow or kMostFields: reading goes on with the next line.
+// A quote that does not end within kLongestQuoted is a problem of its line alone, and so is one that ends in
+// a later line with more of the field behind it, which is where another field begins; and a row beyond
+// kLongestRow or kMostFields. Reading goes on with the next line.
 #pragma once
 
 #include <cstddef>
@@ -44,6 +45,8 @@ class RowReader {
 
   // False at the end.
   bool next(Row& row);
+  // Whether a whole line was taken and not yet read, or the end.
+  bool lineAtHand() const { return ended_ || buffer_.find_first_of("\r\n", at_) != std::string::npos; }
   // Bytes of text that were taken and not yet read.
   std::size_t unread() const { return buffer_.size() - at_; }
   std::size_t comments() const { return comments_; }  // lines that began with "#"

@@ -24,7 +24,9 @@ bool mayGoOn(std::string_view bytes) {
 
 void TextDecoder::take(std::string_view bytes, std::string& text) {
   waiting_.append(bytes);
-  if (!started_ && waiting_.size() < kStart) return;
+  const bool enough = waiting_.size() >= kStart || (waiting_.size() >= kShortestStart &&
+                                                    waiting_.find_first_of("\r\n") != std::string::npos);
+  if (!started_ && !enough) return;
   if (!started_) begin(text);
   convert(false, text);
 }

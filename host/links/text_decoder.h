@@ -18,8 +18,11 @@ class TextDecoder {
   static constexpr std::size_t kStart =
       4096;  // bytes by which encodings, and files that are no text, are told
 
-  // Appends to the text what the bytes mean. The first ones wait for as many as the encoding is told by, the
-  // last of a piece for the rest of their character.
+  static constexpr std::size_t kShortestStart = 16;  // bytes that with a line break among them will do
+
+  // Appends to the text what the bytes mean. The first ones wait for as many as the encoding is told by, or
+  // for a line: a producer that waits for an answer sends no more. The last of a piece wait for the rest of
+  // their character.
   void take(std::string_view bytes, std::string& text);
   // Nothing comes behind them.
   void finish(std::string& text);

@@ -28,8 +28,22 @@ constexpr std::chrono::milliseconds kBetweenCheckpoints{500};
 constexpr std::size_t kMostDifferences = 4;
 constexpr std::string_view kHeading = "terrain-profiler links 1";
 
+const char* folderAdvice(int error) {
+  switch (error) {
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return "; name a file in a folder that you may write to";
+    case ENOENT:
+    case ENOTDIR:
+      return "; check the name of its folder";
+    default:
+      return "";
+  }
+}
+
 LinkFileError cannotWrite(const std::string& path, int error) {
-  return LinkFileError("cannot write " + path + ": " + systemReason(error));
+  return LinkFileError("cannot write " + path + ": " + systemReason(error) + folderAdvice(error));
 }
 
 // Through links the file that they name is replaced, not the link.
@@ -176,9 +190,10 @@ UnfinishedOutput::UnfinishedOutput(const std::string& path, RunFacts facts, Star
 }
 
 void UnfinishedOutput::begin(StartMode mode, bool canResume) {
+  // A state without rows is that of a run which ended between its last two steps, or before its first: there
+  // is nothing to lose.
   struct stat status {};
-  const bool isLeft =
-      ::fstat(file_, &status) == 0 && (status.st_size > 0 || ::access(state_.c_str(), F_OK) == 0);
+  const bool isLeft = ::fstat(file_, &status) == 0 && status.st_size > 0;
   if (isLeft && mode == StartMode::kFresh)
     throw LinkFileError(
         unfinished_ +

@@ -14,6 +14,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "zel/coordinates.h"
 #include "zel/export.h"
@@ -34,6 +36,10 @@ class ZEL_API PathCalculator {
 
   // As the functions of the same requests; none throws for bad input or terrain.
   PathProfile profile(const PathProfileRequest& request) const;
+  // One for each effective-earth factor in place of the request's own, as profile() of each; nothing is the
+  // setting Prf_Crv. The terrain is sampled once for all of them.
+  std::vector<PathProfile> profiles(const PathProfileRequest& request,
+                                    const std::vector<std::optional<double>>& factors) const;
   PathLoss loss(const PathLossRequest& request) const;
   SampledTerrain sample(Position from, Position to, std::int32_t points, std::int32_t method,
                         int source) const;

@@ -7,8 +7,8 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <utility>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "zel/longley_rice.h"

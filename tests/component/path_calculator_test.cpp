@@ -13,6 +13,7 @@
 #include "support/says.h"
 #include "zel/members.h"
 #include "zel/settings.h"
+#include "zel/windows.h"
 
 namespace zel {
 namespace {
@@ -72,6 +73,52 @@ TEST_F(PathCalculatorTest, GivesTheFiguresOfTheFunctionsOfTheComponent) {
   EXPECT_EQ(calculator->sample(kFrom, kTo, 100, 1, 3).elevations,
             sampleTerrain(kFrom, kTo, 100, 1, 3).elevations);
   EXPECT_EQ(calculator->sample(kFrom, kTo, 1, 0, 3).status, 4);
+}
+
+// All that a profile says, bit by bit.
+void expectSame(const PathProfile& left, const PathProfile& right) {
+  EXPECT_EQ(left.status, right.status);
+  EXPECT_EQ(left.error, right.error);
+  EXPECT_EQ(left.points, right.points);
+  EXPECT_EQ(left.startHeightM, right.startHeightM);
+  EXPECT_EQ(left.endHeightM, right.endHeightM);
+  EXPECT_EQ(left.verdict, right.verdict);
+  EXPECT_EQ(left.notes, right.notes);
+  EXPECT_EQ(left.terrain.files, right.terrain.files);
+  EXPECT_EQ(left.terrain.warnings, right.terrain.warnings);
+  for (const auto member : {&PathProfile::distanceKm, &PathProfile::bearingDeg, &PathProfile::spacingM,
+                            &PathProfile::startGroundM, &PathProfile::endGroundM, &PathProfile::minimumM,
+                            &PathProfile::maximumM, &PathProfile::averageM, &PathProfile::k,
+                            &PathProfile::frequencyMhz, &PathProfile::wavelengthM, &PathProfile::freeSpaceDb})
+    EXPECT_EQ(left.*member, right.*member);
+  for (const auto list : {&PathProfile::distancesKm, &PathProfile::groundM, &PathProfile::riseM,
+                          &PathProfile::lineOfSightM, &PathProfile::fresnel1M, &PathProfile::clearanceM})
+    EXPECT_EQ(left.*list, right.*list);
+  ASSERT_EQ(left.worst.has_value(), right.worst.has_value());
+  if (!left.worst) return;
+  for (const auto member : {&PathObstacle::distanceKm, &PathObstacle::groundM, &PathObstacle::clearanceM,
+                            &PathObstacle::clearancePercent})
+    EXPECT_EQ((*left.worst).*member, (*right.worst).*member);
+}
+
+TEST_F(PathCalculatorTest, GivesProfilesOfSeveralFactorsAsEachByItself) {
+  set("Profile", "Prf_Per", "12");
+  const auto calculator = PathCalculator::open();
+  const std::vector<std::optional<double>> factors{4.0 / 3, 2.0 / 3, std::nullopt, -1, 1e3};
+  for (PathProfileRequest request :
+       {kBareProfile, bare<PathProfileRequest>(kFrom, {50, 8}), bare<PathProfileRequest>({91, 0}, kTo),
+        bare<PathProfileRequest>(kFrom, kFrom)}) {
+    const std::vector<PathProfile> profiles = calculator->profiles(request, factors);
+    ASSERT_EQ(profiles.size(), factors.size());
+    for (std::size_t i = 0; i < factors.size(); ++i) {
+      request.k = factors[i];
+      expectSame(profiles[i], calculator->profile(request));
+    }
+  }
+  const std::vector<PathProfile> profiles = calculator->profiles(kBareProfile, factors);
+  EXPECT_LT(profiles[1].worst->clearanceM, profiles[0].worst->clearanceM);
+  EXPECT_EQ(profiles[3].status, 5);
+  EXPECT_TRUE(calculator->profiles(kBareProfile, {}).empty());
 }
 
 TEST_F(PathCalculatorTest, KeepsTheSettingsSourcesAndDatumOfItsOpening) {
@@ -149,6 +196,13 @@ TEST_F(PathCalculatorTest, IsOpenedOnTheComponentsThreadAlone) {
     }
   }).join();
   EXPECT_EQ(code, AutomationErrorCode::kWrongThread);
+}
+
+// An application made there would keep the component's own thread from its windows.
+TEST_F(PathCalculatorTest, LeavesWindowsToTheComponentsThread) {
+  std::string problem;
+  std::thread([&] { problem = windowsProblem(); }).join();
+  EXPECT_EQ(problem, "the component belongs to the thread that made the first ProfileControl");
 }
 
 TEST_F(PathCalculatorTest, TellsARefusedRequestInWords) {

@@ -1,6 +1,14 @@
 // Lists from end to end: order, threads, bad rows, hostile texts, runs that are ended and gone on with.
 #include "links/link_batch.h"
 
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <thread>
+
 #include "list_checks.h"
 #include "support/says.h"
 
@@ -116,6 +124,71 @@ TEST(HostileLists, WithHugeFieldsAreCarriedOver) {
   const RunResult result = runList("lat1,lon1,lat2,lon2,note\n36,-84,36.5,-84,\"" + huge + "\"\n");
   EXPECT_EQ(result.totals.errors, 0U);
   EXPECT_NE(result.content.find(huge), std::string::npos);
+}
+
+// ---- A producer that waits.
+
+class Pipe {
+ public:
+  Pipe() { EXPECT_EQ(::pipe2(ends_.data(), O_CLOEXEC), 0); }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+  ~Pipe() {
+    close(0);
+    close(1);
+  }
+  int end(std::size_t which) const { return ends_.at(which); }
+  void close(std::size_t which) {
+    if (ends_.at(which) >= 0) ::close(std::exchange(ends_.at(which), -1));
+  }
+  void write(const std::string& text) const {
+    EXPECT_EQ(::write(ends_[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  // What comes until there are so many lines, or nothing for very long.
+  std::string readLines(std::size_t lines) const {
+    constexpr int kVeryLong = 60000;  // ms
+    std::string text;
+    while (static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) < lines) {
+      struct pollfd wanted {
+        ends_[0], POLLIN, 0
+      };
+      std::array<char, 4096> piece{};
+      if (::poll(&wanted, 1, kVeryLong) <= 0) return text + "(nothing comes)";
+      const ssize_t count = ::read(ends_[0], piece.data(), piece.size());
+      if (count <= 0) return text;
+      text.append(piece.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+  }
+
+ private:
+  std::array<int, 2> ends_{-1, -1};
+};
+
+TEST(LinkBatch, GivesOutEachLinkWhileItsProducerWaits) {
+  Pipe in, out;
+  std::thread run([&] {
+    InputBytes input("/dev/fd/" + std::to_string(in.end(0)));
+    LinkList list(input, {}, nullptr);
+    WriterOptions writing;
+    writing.layout = list.layout();
+    const auto writer = makeLinkWriter(LinkFormat::kCsv, writing);
+    BatchJob job;
+    job.source = flatPaths();
+    job.jobs = 2;
+    LinkTotals totals;
+    const auto sink = makeStreamSink(out.end(1), "the pipe", false);
+    EXPECT_TRUE(runLinkBatch(list, *writer, job, *sink, totals, {}));
+  });
+  const auto nameOf = [](const std::string& text) { return text.substr(0, text.find(',')); };
+  in.write(kPlainHeader + "A,36.1,-84,30,36.5,-84,20,450\n");
+  EXPECT_EQ(nameOf(out.readLines(2)), "name");
+  in.write("B,36.1,-84,30,36.5,-84,20,450\nC,36.1,-84,");
+  EXPECT_EQ(nameOf(out.readLines(1)), "B");
+  in.write("30,36.5,-84,20,450\n");
+  EXPECT_EQ(nameOf(out.readLines(1)), "C");
+  in.close(1);
+  run.join();
 }
 
 // ---- Runs that end before their list.

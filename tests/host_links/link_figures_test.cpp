@@ -59,11 +59,11 @@ TEST(LinkFigures, OfABadRowAreItsErrorAndWhatNeedsNoGround) {
 
 TEST(LinkFigures, KeepWhatTheLossHasWhenThereIsNoProfileAndTheOtherWayRound) {
   PathSource source = flatPaths();
-  source.profile = [](const PathProfileRequest&) {
+  source.profiles = [](const PathProfileRequest&, const std::vector<std::optional<double>>&) {
     PathProfile profile;
     profile.status = 5;
     profile.error = "no ground under the start";
-    return profile;
+    return std::vector{profile};
   };
   const LinkFigures withoutProfile = linkFigures(northLink(), source, {});
   EXPECT_EQ(withoutProfile.error, "no ground under the start");

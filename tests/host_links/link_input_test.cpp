@@ -81,8 +81,12 @@ TEST(LinkInput, NamesTheColumnAndTheFault) {
   EXPECT_EQ(errorOf("x,36.5,-84.25,40000,36.25,-84,5,450"),
             "h1: 40000 m is not from 0 to 32767 m above ground");
   EXPECT_EQ(errorOf("x,36.5,-84.25,30,36.25,-84,30,0"),
-            "frequency: 0 MHz is not above 0 and at most 1e+06 MHz");
+            "frequency: 0 MHz is not above 0 and at most 1000000 MHz");
   EXPECT_EQ(errorOf("x,36.5,-84.25,30,36.25,-84,30,high"), "frequency: \"high\" is no frequency");
+}
+
+TEST(LinkInput, PassesOverNoBreakSpacesAroundNumbers) {
+  EXPECT_EQ(errorOf("x,36.5\xC2\xA0,\xC2\xA0-84.25,30\xC2\xA0m,36.25,-84,98 ft,450\xC2\xA0MHz"), "");
 }
 
 TEST(LinkInput, CallsColumnsAsTheFileDoes) {

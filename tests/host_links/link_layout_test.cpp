@@ -33,6 +33,12 @@ TEST(LinkLayout, FindsColumnsByWhatElseTheyAreCalled) {
           "Site A,Latitude A,Longitude A,Antenna height A (ft),Latitude B,Longitude B,Ht B,freq_ghz,Link"),
       "name=9 lat1=2 lon1=3 h1=4 lat2=5 lon2=6 h2=7 frequency=8");
   EXPECT_EQ(fieldsOf("tx lat,tx lon,rx lat,rx lon"), "lat1=1 lon1=2 lat2=3 lon2=4");
+  EXPECT_EQ(fieldsOf("Breite von;Länge von;Höhe von;Breite nach;Länge nach;Höhe nach"),
+            "lat1=1 lon1=2 h1=3 lat2=4 lon2=5 h2=6");
+  EXPECT_EQ(fieldsOf("Latitude départ;Longitude départ;Latitude arrivée;Longitude arrivée"),
+            "lat1=1 lon1=2 lat2=3 lon2=4");
+  EXPECT_EQ(fieldsOf("Latitud inicio;Longitud inicio;Latitud fin;Longitud fin"),
+            "lat1=1 lon1=2 lat2=3 lon2=4");
   EXPECT_EQ(fieldsOf("Position 1;Position 2;Höhe 1;Höhe 2"), "position1=1 h1=3 position2=2 h2=4");
 }
 

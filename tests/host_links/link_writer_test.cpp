@@ -3,6 +3,7 @@
 #include "links/link_writer.h"
 
 #include <nlohmann/json.hpp>
+#include <tuple>
 
 #include "links/json_text.h"
 #include "links/link_line.h"
@@ -201,6 +202,20 @@ TEST(LinkLine, ThatEndsOnTheAntimeridianIsOnePiece) {
   const auto other = linkLine({10, 179}, {10, -180});
   ASSERT_EQ(other.size(), 1U);
   EXPECT_EQ(other[0].back().longitude, 180);
+}
+
+TEST(LinkLine, AlongTheAntimeridianAndOverAPoleIsWhole) {
+  // Two degrees of a meridian are 221 to 223 km on WGS 84; 0.2 degrees 22.3 km.
+  for (const auto& [from, to, points] : {std::tuple(Position{51, 180}, Position{53, -180}, 13U),
+                                         std::tuple(Position{51, -180}, Position{53, 180}, 13U),
+                                         std::tuple(Position{89.9, 0}, Position{89.9, 180}, 3U),
+                                         std::tuple(Position{89.9, 0}, Position{89.9, -180}, 3U)}) {
+    const auto line = linkLine(from, to);
+    ASSERT_EQ(line.size(), 1U);
+    EXPECT_EQ(line[0].size(), points);
+    EXPECT_EQ(line[0].front(), from);
+    EXPECT_EQ(line[0].back().latitude, to.latitude);
+  }
 }
 
 TEST(JsonText, EscapesWhatJsonCannotHave) {

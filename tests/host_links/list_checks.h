@@ -87,7 +87,7 @@ inline std::vector<std::string> errorsOf(const std::string& text, const LayoutOp
 // Paths whose figures follow from the request alone. South of the equator there is no terrain.
 inline PathSource flatPaths() {
   PathSource source;
-  source.profile = [](const PathProfileRequest& request) {
+  const auto profileOf = [](const PathProfileRequest& request, std::optional<double> k) {
     PathProfile profile;
     if (request.from.latitude < 0) {
       profile.status = 2;
@@ -97,7 +97,7 @@ inline PathSource flatPaths() {
     profile.distanceKm = 100 * std::abs(request.to.latitude - request.from.latitude);
     profile.bearingDeg = 90;
     profile.freeSpaceDb = 120.25;
-    profile.k = request.k.value_or(1.333);
+    profile.k = k.value_or(1.333);
     profile.frequencyMhz = request.frequencyMhz.value_or(950);
     profile.startHeightM = static_cast<std::int16_t>(request.fromHeight.value_or(30));
     profile.endHeightM = static_cast<std::int16_t>(request.toHeight.value_or(30));
@@ -107,6 +107,12 @@ inline PathSource flatPaths() {
     profile.terrain.method = "FCC 4-Point";
     profile.notes = {"a note of " + std::to_string(profile.distanceKm)};
     return profile;
+  };
+  source.profiles = [profileOf](const PathProfileRequest& request,
+                                const std::vector<std::optional<double>>& factors) {
+    std::vector<PathProfile> profiles;
+    for (const std::optional<double>& k : factors) profiles.push_back(profileOf(request, k));
+    return profiles;
   };
   source.loss = [](const PathLossRequest& request) {
     PathLoss loss;

@@ -55,6 +55,11 @@ TEST(RowReader, TellsAQuoteThatDoesNotEndAndGoesOnWithTheNextLine) {
   EXPECT_EQ(rows.back().line, 20002U);
 }
 
+TEST(RowReader, TakesAQuoteThatOnlyTheNextQuotedFieldEndsForOneThatDoesNotEnd) {
+  EXPECT_EQ(rowTexts(rowsOf("a,\"open\nb,2\n\"c\",\"x,y\"\nd,\"z\nz\" \n")),
+            (Texts{"1: ! a quote begins here and does not end", "2: b|2", "3: c|x,y", "4: d|z\nz"}));
+}
+
 TEST(RowReader, RefusesOneRowThatIsTooLongAndOneWithTooManyFields) {
   const auto rows = rowsOf("a\n" + std::string(RowReader::kLongestRow + 10, 'x') + "\n" +
                            many("y,", RowReader::kMostFields) + "\n" +

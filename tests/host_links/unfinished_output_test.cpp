@@ -92,6 +92,16 @@ TEST_F(UnfinishedOutputs, WithNothingLeftAreBegunByResumeToo) {
   EXPECT_FALSE(output.keptTotals());
 }
 
+TEST_F(UnfinishedOutputs, OfWhichOnlyTheStateIsLeftAreBegunAnew) {
+  cutOff();
+  fs::rename(in(".unfinished"), path_);
+  for (const StartMode mode : {StartMode::kFresh, StartMode::kResume}) {
+    UnfinishedOutput output(path_, kFacts, mode, true);
+    EXPECT_FALSE(output.keptTotals());
+  }
+  EXPECT_EQ(test::fileBytes(path_).substr(0, 7), "counts\n");
+}
+
 TEST_F(UnfinishedOutputs, OfAnotherRunAreRefusedWithTheDifference) {
   cutOff();
   EXPECT_EQ(refusalOf(path_, {{"the list's size", "120"}, {"--clearance", "60"}}, StartMode::kResume),
@@ -147,7 +157,8 @@ TEST_F(UnfinishedOutputs, AreRefusedWhereNothingCanBeWritten) {
   EXPECT_EQ(refusalOf(folder_.path().string(), kFacts, StartMode::kFresh),
             "cannot write " + folder_.path().string() + ": it is a folder; name a file");
   EXPECT_EQ(refusalOf(folder_ / "no/out.csv", kFacts, StartMode::kFresh),
-            "cannot write " + (folder_ / "no/out.csv.unfinished").string() + ": No such file or directory");
+            "cannot write " + (folder_ / "no/out.csv.unfinished").string() +
+                ": No such file or directory; check the name of its folder");
 }
 
 TEST(KeptStates, AreReadAsTheyWereWritten) {

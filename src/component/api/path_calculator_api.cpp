@@ -1,7 +1,9 @@
 // The public calculator: a context whose settings, sources and datum stand still.
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "component/api/path_context.h"
 #include "component/api/path_request.h"
@@ -91,6 +93,12 @@ std::shared_ptr<const PathCalculator> PathCalculator::open() {
 
 PathProfile PathCalculator::profile(const PathProfileRequest& request) const {
   return self_->computed([&](const PathContext& context) { return computePathProfile(context, request); });
+}
+
+std::vector<PathProfile> PathCalculator::profiles(const PathProfileRequest& request,
+                                                  const std::vector<std::optional<double>>& factors) const {
+  return self_->computed(
+      [&](const PathContext& context) { return computePathProfiles(context, request, factors); });
 }
 
 PathLoss PathCalculator::loss(const PathLossRequest& request) const {

@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "component/component.h"
 #include "zel/path_loss.h"
@@ -27,6 +29,8 @@ PathContext presentContext(Component& component);
 
 // The public functions of these names, within a context. Whatever fails in the store passes through.
 PathProfile computePathProfile(const PathContext& context, const PathProfileRequest& request);
+std::vector<PathProfile> computePathProfiles(const PathContext& context, const PathProfileRequest& request,
+                                             const std::vector<std::optional<double>>& factors);
 PathLoss computePathLoss(const PathContext& context, const PathLossRequest& request);
 SampledTerrain sampleTerrain(const PathContext& context, Position from, Position to, std::int32_t points,
                              std::int32_t method, int source);

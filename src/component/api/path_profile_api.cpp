@@ -1,7 +1,9 @@
 // The public profile of a path: settings and terrain of the component, exact geometry of the calculation.
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "component/api/path_context.h"
 #include "component/api/path_request.h"
@@ -32,8 +34,13 @@ PathVerdict publicVerdict(ClearanceVerdict verdict) {
 
 class ProfileComputation {
  public:
-  ProfileComputation(const PathContext& context, const PathProfileRequest& request)
-      : context_(context), request_(request), inputs_(context.settings, profile_.notes, profile_.notes) {}
+  // The terrain is sampled unless another computation between the same stations has left its samples.
+  ProfileComputation(const PathContext& context, const PathProfileRequest& request,
+                     std::optional<SampleResult>& samples)
+      : context_(context),
+        request_(request),
+        inputs_(context.settings, profile_.notes, profile_.notes),
+        samples_(samples) {}
 
   PathProfile run() {
     try {
@@ -86,16 +93,17 @@ class ProfileComputation {
     request.count = profile_.points;
     request.method = inputs_.method();
     request.source = inputs_.source();
-    terrain_ = context_.terrain->sample(request);
-    if (terrain_.report.status != kSamplerOk) throw Refusal{terrain_.report.reason, terrain_.report.status};
-    profile_.terrain = terrainProvenance(terrain_.report, context_.datum);
-    refuseImpossibleHeights(SampleArray<float>(terrain_.heights), terrain_.positions);
+    if (!samples_) samples_ = context_.terrain->sample(request);
+    const SampleResult& terrain = *samples_;
+    if (terrain.report.status != kSamplerOk) throw Refusal{terrain.report.reason, terrain.report.status};
+    profile_.terrain = terrainProvenance(terrain.report, context_.datum);
+    refuseImpossibleHeights(SampleArray<float>(terrain.heights), terrain.positions);
   }
 
   void evaluate() {
     ExactProfileRequest request;
     request.distance = profile_.distanceKm;
-    request.heights = terrain_.heights;
+    request.heights = samples_->heights;
     request.startAntenna = profile_.startHeightM;
     request.endAntenna = profile_.endHeightM;
     request.k = profile_.k;
@@ -110,7 +118,9 @@ class ProfileComputation {
     if (exact.status != ExactProfileStatus::kOk)
       throw Refusal{
           "the path cannot be profiled with these inputs; see that heights, k and frequency are in range"};
-    for (std::size_t i = 0; i < exact.samples.size(); ++i) addSample(exact.samples[i], terrain_.positions[i]);
+    makeRoom(exact.samples.size());
+    for (std::size_t i = 0; i < exact.samples.size(); ++i)
+      addSample(exact.samples[i], samples_->positions[i]);
     addStatistics();
     profile_.freeSpaceDb = static_cast<double>(
         FreeSpaceLoss(static_cast<float>(profile_.frequencyMhz), static_cast<float>(profile_.distanceKm)));
@@ -122,6 +132,13 @@ class ProfileComputation {
     if (exact.voids > 0)
       profile_.notes.push_back(std::to_string(exact.voids) +
                                " samples have no height; they are left out of statistics and clearance");
+  }
+
+  void makeRoom(std::size_t samples) {
+    for (std::vector<double>* list : {&profile_.distancesKm, &profile_.groundM, &profile_.riseM,
+                                      &profile_.lineOfSightM, &profile_.fresnel1M, &profile_.clearanceM})
+      list->reserve(samples);
+    profile_.positions.reserve(samples);
   }
 
   void addSample(const ExactSample& sample, GeoPoint position) {
@@ -149,7 +166,7 @@ class ProfileComputation {
   PathProfile profile_;
   PathInputs inputs_;
   GeoPoint start_, end_;
-  SampleResult terrain_;
+  std::optional<SampleResult>& samples_;
 };
 
 }  // namespace
@@ -169,7 +186,21 @@ const char* verdictText(PathVerdict verdict) {
 }
 
 PathProfile computePathProfile(const PathContext& context, const PathProfileRequest& request) {
-  return ProfileComputation(context, request).run();
+  std::optional<SampleResult> samples;
+  return ProfileComputation(context, request, samples).run();
+}
+
+std::vector<PathProfile> computePathProfiles(const PathContext& context, const PathProfileRequest& request,
+                                             const std::vector<std::optional<double>>& factors) {
+  std::optional<SampleResult> samples;
+  std::vector<PathProfile> profiles;
+  profiles.reserve(factors.size());
+  PathProfileRequest each = request;
+  for (const std::optional<double>& k : factors) {
+    each.k = k;
+    profiles.push_back(ProfileComputation(context, each, samples).run());
+  }
+  return profiles;
 }
 
 PathProfile computePathProfile(const PathProfileRequest& request) {

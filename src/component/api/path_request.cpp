@@ -101,8 +101,8 @@ double PathInputs::positive(const std::optional<double>& given, const Setting& s
   }
   if (!(value > 0 && value <= kHighest))
     throw Refusal{(given ? std::string() : settingInWords(setting) + ": ") + "the " + what + " is " +
-                  generalNumberOrText(value) + unit + "; give a number above 0, at most " +
-                  generalNumber(kHighest)};
+                  generalNumberOrText(value) + (std::isfinite(value) ? unit : "") +
+                  "; give a number above 0, at most " + generalNumber(kHighest)};
   return value;
 }
 
