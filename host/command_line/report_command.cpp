@@ -187,7 +187,8 @@ Report makeReport(ReportRequest request, QIODevice& device) {
   if (!ended) loop.exec();
   if (job.report().cancelled)
     throw CommandInterrupted("interrupted; nothing was written", LongWork::askedBy());
-  if (!job.report().finished) throw CommandFailure("no report: " + job.report().error);
+  if (!job.report().finished)
+    throw CommandFailure("no report: " + job.report().error + "; nothing was written");
   return job.report();
 }
 
@@ -200,13 +201,19 @@ nlohmann::ordered_json rowJson(const LinkRow& row) {
   json["from"] = row.from;
   json["to"] = row.to;
   json["page"] = row.page;
+  json["frequency_mhz"] =
+      row.frequencyMhz ? nlohmann::ordered_json(*row.frequencyMhz) : nlohmann::ordered_json();
   json["distance_km"] = rounded(row.distanceKm, 6);
   json["bearing_deg"] = rounded(row.bearingDeg, 6);
   json["free_space_db"] = number(row.freeSpaceDb, 4);
   json["modeled_db"] = number(row.modeledDb, 4);
   json["clearance_percent"] = number(row.clearancePercent, 3);
   json["verdict"] = row.error.empty() ? nlohmann::ordered_json(verdictText(row.verdict)) : nullptr;
-  json["error"] = row.error.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(row.error);
+  const auto words = [](const std::string& text) {
+    return text.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(text);
+  };
+  json["error"] = words(row.error);
+  json["profile_problem"] = words(row.plotProblem);
   return json;
 }
 

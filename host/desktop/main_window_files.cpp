@@ -207,7 +207,8 @@ void MainWindow::Self::saveLinkTable() {
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
   QSaveFile file(dialog.selectedFiles().front());
   const QByteArray bytes = linkPanel->commaSeparated().toUtf8();
-  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
+      !file.commit()) {
     box(QStringLiteral("Export Link Table"),
         QStringLiteral("%1 cannot be written: %2").arg(file.fileName(), file.errorString()));
     return;

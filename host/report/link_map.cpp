@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "map/link_lines.h"
 #include "map_view/ground_painter.h"
 #include "map_view/map_overlays.h"
 #include "map_view/map_text.h"
@@ -17,6 +18,7 @@ namespace {
 constexpr double kEdgeRoom = 44;      // logical pixels around the link, for names and symbols
 constexpr double kLegendWidth = 110;  // logical pixels at the right
 constexpr double kBarHeight = 30;     // logical pixels at the bottom, for the scale
+constexpr double kLineReach = 4, kMarkReach = 9, kMarkTall = 20;  // logical pixels that no name covers
 constexpr double kClosestMetres = 1;  // metres a logical pixel: a short link is not drawn larger
 
 // Of a line that is followed the short way round from position to position.
@@ -82,6 +84,38 @@ struct LinkMap::Self {
     for (const PlacedTile& one : placed) tiles.find(one.tile, true);
   }
 
+  // So that each finds a place at one side of its station. A longer one stands on the link: better than none.
+  bool namesAreShort(MapText& text) const {
+    constexpr double kWidest = 0.4;     // of the map
+    constexpr qsizetype kLongest = 32;  // characters that the map shows
+    return std::all_of(plan.stations.begin(), plan.stations.end(), [&](const auto& station) {
+      const QString name = QString::fromStdString(station.second.name).left(kLongest);
+      return text.size(name, false).width() < kWidest * look.width;
+    });
+  }
+
+  // The link alone is on the map, so that its names find a place beside it.
+  void keepClear(std::vector<PixelBox>& taken) {
+    const LinkPlace* place = places.link(link);
+    if (place == nullptr) return;
+    const auto square = [&](MapPoint at) {
+      taken.push_back({at.x - kLineReach, at.y - kLineReach, 2 * kLineReach, 2 * kLineReach});
+    };
+    for (const PixelLine& piece : pixelLines(frame, place->line, 0)) {
+      for (std::size_t i = 1; i < piece.points.size(); ++i) {
+        const MapPoint from = piece.points[i - 1], to = piece.points[i];
+        const double steps = std::ceil(std::hypot(to.x - from.x, to.y - from.y) / kLineReach);
+        for (double step = 0; step <= steps; ++step) {
+          const double part = steps > 0 ? step / steps : 0;
+          square({from.x + part * (to.x - from.x), from.y + part * (to.y - from.y)});
+        }
+      }
+    }
+    if (!place->worst) return;
+    const MapPoint worst = frame.pixelOf(*place->worst);
+    taken.push_back({worst.x - kMarkReach, worst.y - kMarkTall, 2 * kMarkReach, kMarkTall});
+  }
+
   void paint(QPainter& painter, const std::vector<QRectF>& panels, std::vector<QRectF>& taken) {
     MapText text;
     text.begin(look.font, look.pixelRatio);
@@ -92,6 +126,7 @@ struct LinkMap::Self {
     PlanScene scene{frame, places, selection, {}, {}, {}, true, look.imperial, false, {}};
     for (const QRectF& panel : panels)
       scene.taken.push_back({panel.left(), panel.top(), panel.width(), panel.height()});
+    if (namesAreShort(text)) keepClear(scene.taken);
     PlanPainter planPainter;
     planPainter.paint(painter, text, scene);
     const TileContents contents = tiles.contents(tileIds(placed));

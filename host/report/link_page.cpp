@@ -6,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "analysis/link_computation.h"
 #include "zel/coordinates.h"
 #include "zel/longley_rice.h"
 
@@ -102,8 +103,7 @@ std::string verdictSentence(const LinkResult& result) {
 }
 
 std::string obstacleText(const PathObstacle& obstacle, const ReportUnits& units) {
-  return distance(obstacle.distanceKm, units) + " from the start, " + positionText(obstacle.position) +
-         ", ground " + height(obstacle.groundM, units);
+  return distance(obstacle.distanceKm, units) + " from the start, ground " + height(obstacle.groundM, units);
 }
 
 std::string clearanceText(const PathObstacle& obstacle, const ReportUnits& units) {
@@ -138,6 +138,7 @@ void addPath(LinkPage& page, const PageFigures& figures, const ReportUnits& unit
   addValue(page.left, "Verdict", verdictSentence(result));
   if (result.worst) {
     addValue(page.left, "Worst obstacle", obstacleText(*result.worst, units));
+    addValue(page.left, "Obstacle at", positionText(result.worst->position));
     addValue(page.left, "Clearance", clearanceText(*result.worst, units));
   }
   addValue(page.left, "Ground",
@@ -192,12 +193,20 @@ std::vector<std::string> notesOf(const PageFigures& figures) {
   addNotes(notes, figures.loss.warnings);
   if (!figures.result.modeledDb && figures.loss.status != 0)
     addNotes(notes, {"no modeled loss: " + figures.loss.error});
-  addNotes(notes, {"Figures are in exact geometry, from station to station; the plot follows samples of its "
+  addNotes(notes, {"figures are in exact geometry, from station to station; the plot follows samples of its "
                    "own, which begin a little before the start and end a little behind the end"});
   addNotes(notes, figures.profile.terrain.warnings);
   addNotes(notes, figures.profile.notes);
   addNotes(notes, figures.loss.notes);
   return notes;
+}
+
+// The plot needs more ground than the figures, which nobody would guess from the place of a missing sample.
+std::string plotProblemOf(const Plan& plan, const Link& link, const LinkResult& result) {
+  const std::string& problem = result.profileProblem;
+  const bool ofGround =
+      antennaProblem(plan.stations.at(link.from), plan.stations.at(link.to)).empty() && !problem.empty();
+  return (ofGround ? "the plot reaches a twentieth of the path beyond both stations; " : "") + problem;
 }
 
 }  // namespace
@@ -235,7 +244,7 @@ LinkPage linkPage(const Plan& plan, const Link& link, const PageFigures& figures
       stationTexts(from, used(figures.profile.startHeightM), ground(figures.profile.startGroundM), units),
       stationTexts(to, used(figures.profile.endHeightM), ground(figures.profile.endGroundM), units)};
   page.failure = figures.result.error;
-  page.plotProblem = computed ? figures.result.profileProblem : figures.result.error;
+  page.plotProblem = computed ? plotProblemOf(plan, link, figures.result) : figures.result.error;
   addPath(page, figures, units);
   addInputs(page, plan, link, figures, units);
   page.notes = notesOf(figures);
@@ -252,8 +261,10 @@ LinkRow linkRow(const Plan& plan, LinkId id, const PageFigures& figures) {
   row.bearingDeg = figures.bearingDeg;
   row.error = figures.result.error;
   row.noTerrain = figures.result.noTerrain;
-  row.plotProblem = figures.result.profileProblem;
+  row.plotProblem = plotProblemOf(plan, link, figures.result);
+  row.frequencyMhz = link.frequencyMhz;
   if (!row.error.empty()) return row;
+  row.frequencyMhz = figures.result.frequencyMhz;
   row.freeSpaceDb = figures.result.freeSpaceDb;
   row.modeledDb = figures.result.modeledDb;
   row.verdict = figures.result.verdict;
@@ -269,6 +280,7 @@ std::string verdictWordOf(const LinkRow& row) {
 std::array<std::string, kRowColumns> rowHeads(const ReportUnits& units) {
   return {"From",
           "To",
+          "Frequency (MHz)",
           units.imperial ? "Distance (mi)" : "Distance (km)",
           "Bearing (\xC2\xB0)",
           "Free space (dB)",
@@ -284,6 +296,7 @@ std::array<std::string, kRowColumns> rowTexts(const LinkRow& row, const ReportUn
   };
   return {row.from,
           row.to,
+          row.frequencyMhz ? shortText(*row.frequencyMhz, 3) : std::string(),
           distanceNumber(row.distanceKm, units, 2),
           fixedText(row.bearingDeg, 1),
           number(row.freeSpaceDb, 1),

@@ -46,6 +46,7 @@ struct LinkRow {
   LinkId id = 0;
   std::string from, to;
   double distanceKm = 0, bearingDeg = 0;
+  std::optional<double> frequencyMhz;  // without figures only where the link has its own
   std::optional<double> freeSpaceDb, modeledDb, clearancePercent;
   PathVerdict verdict = PathVerdict::kUnknown;
   bool noTerrain = false;
@@ -58,8 +59,8 @@ LinkRow linkRow(const Plan& plan, LinkId id, const PageFigures& figures);
 // "clear", ... ; "no terrain" or "refused" when there are no figures: the words of the map's table.
 std::string verdictWordOf(const LinkRow& row);
 
-inline constexpr std::size_t kRowColumns = 9;
-// From, to, distance, bearing, free space, modeled, clearance, verdict, page.
+inline constexpr std::size_t kRowColumns = 10;
+// From, to, frequency, distance, bearing, free space, modeled, clearance, verdict, page.
 std::array<std::string, kRowColumns> rowHeads(const ReportUnits& units);
 std::array<std::string, kRowColumns> rowTexts(const LinkRow& row, const ReportUnits& units);
 // "12 links: 3 clear, 4 marginal, 4 blocked, 1 without figures"

@@ -22,7 +22,8 @@ const TextStyle kFailure{9, false, {0xa0, 0x14, 0x14}};
 constexpr int kTitleLines = 2, kNameLines = 4, kValueLines = 3, kNoteLines = 4;
 constexpr int kCaptionLines = 2;
 constexpr double kColumnGap = 6;   // millimetres between the columns
-constexpr double kLabelWide = 25;  // of a column's labels
+constexpr double kLabelWide = 25;  // of a column's labels, or more where the font is wide
+constexpr double kLabelGap = 1;    // between a label and its value
 constexpr double kValueGap = 0.5;
 constexpr double kNoteIndent = 2.5;
 
@@ -96,9 +97,12 @@ double linkHead(PageText& text, const PageBox& box, const LinkPage& page, const 
 
 double valueColumn(PageText& text, const PageBox& box, const std::vector<LabelledValue>& values, bool draw) {
   Column column(text, box, draw);
+  double labels = kLabelWide;
+  for (const LabelledValue& value : values)
+    labels = std::max(labels, text.width(qt(value.label), kLabel) + kLabelGap);
   for (const LabelledValue& value : values) {
-    if (draw) text.line({box.left, column.y(), kLabelWide - 1, 0}, qt(value.label), kLabel);
-    column.paragraph(qt(value.text), kPlain, kValueLines, kLabelWide);
+    if (draw) text.line({box.left, column.y(), labels, 0}, qt(value.label), kLabel);
+    column.paragraph(qt(value.text), kPlain, kValueLines, labels);
     column.gap(kValueGap);
   }
   return column.used();
@@ -126,6 +130,22 @@ void drawNotes(PageText& text, const PageBox& box, const std::vector<std::string
                        .arg(left)
                        .arg(left == 1 ? QStringLiteral("note") : QStringLiteral("notes")),
                    kSmall, 1, kNoteIndent);
+}
+
+QString mapCaption() {
+  return QStringLiteral(
+      "Map: north is up, the scale is true in the middle; the colours are heights above sea level");
+}
+
+// Of both captions, below pictures of that width. The plot is made only when its place is known; this one's
+// numbers are as long as any.
+double captionHeight(PageText& text, double width) {
+  PlotImage any;
+  any.k = 1.333;
+  any.frequencyMhz = 10'000.25;
+  any.fresnelPercent = 100;
+  return std::max(text.height(mapCaption(), kCaption, width, kCaptionLines),
+                  text.height(qt(plotCaption(any)), kCaption, width, kCaptionLines));
 }
 
 // In the place of a picture.
@@ -163,11 +183,7 @@ void drawMap(PageText& text, const LinkPageLayout& layout, const QImage& map) {
   painter.setPen(QPen(kRule, text.units() * 0.15));
   painter.setBrush(Qt::NoBrush);
   painter.drawRect(text.rect(layout.map));
-  text.paragraph(
-      layout.mapCaption,
-      QStringLiteral("Map: north is up, the scale is true in the middle; the colours are heights above sea "
-                     "level"),
-      kCaption, kCaptionLines);
+  text.paragraph(layout.mapCaption, mapCaption(), kCaption, kCaptionLines);
 }
 
 // --- Table ---
@@ -176,16 +192,17 @@ struct TableColumn {
   double share;  // of the width
   bool number;
 };
-constexpr std::array<TableColumn, kRowColumns> kColumns = {{{0.2, false},
-                                                            {0.2, false},
+constexpr std::array<TableColumn, kRowColumns> kColumns = {{{0.165, false},
+                                                            {0.165, false},
+                                                            {0.085, true},
+                                                            {0.08, true},
+                                                            {0.07, true},
                                                             {0.085, true},
                                                             {0.075, true},
-                                                            {0.09, true},
                                                             {0.08, true},
-                                                            {0.085, true},
-                                                            {0.13, false},
+                                                            {0.14, false},
                                                             {0.055, true}}};
-constexpr std::size_t kVerdictColumn = 7;
+constexpr std::size_t kVerdictColumn = 8;
 constexpr double kCellGap = 1.5;   // within a column, at its right
 constexpr double kVerdictGap = 2;  // more, ahead of the verdict
 constexpr double kRowTall = 5.2;
@@ -261,8 +278,10 @@ LinkPageLayout measureLinkPage(PageText& text, const Sheet& sheet, const LinkPag
   for (const bool right : {false, true})
     heights.values = std::max(heights.values,
                               valueColumn(text, half(content, right), right ? page.right : page.left, false));
-  // Beside each other the pictures are narrow.
-  heights.captions = text.lineHeight(kCaption) * (sheet.width > sheet.height ? kCaptionLines : 1) + 0.5;
+  constexpr double kBelow = 0.5;
+  heights.captions =
+      captionHeight(text, sheet.width > sheet.height ? (content.width - kBlockGap) / 2 : content.width) +
+      kBelow;
   for (const std::string& note : page.notes)
     heights.notes += noteHeight(text, content.width - kNoteIndent, note);
   return linkPageLayout(sheet, heights);

@@ -1,5 +1,6 @@
 #include "report/report_document.h"
 
+#include <QFileDevice>
 #include <QFontDatabase>
 #include <QIODevice>
 #include <QMarginsF>
@@ -33,14 +34,53 @@ bool hasFont() {
   });
 }
 
+// Passes on what is written, and remembers when not all of it could be: the toolkit's writer does not look,
+// and its files take a write that was cut short for a good one.
+class CheckedDevice final : public QIODevice {
+ public:
+  explicit CheckedDevice(QIODevice& device) : device_(device) { open(WriteOnly | Unbuffered); }
+
+  bool isSequential() const override { return true; }
+  bool good() const { return good_; }
+  // What a file still holds back is written.
+  bool finish() {
+    if (auto* file = qobject_cast<QFileDevice*>(&device_)) note(file->flush());
+    return good_;
+  }
+  // Of the first failure.
+  QString reason() const { return reason_.isEmpty() ? QStringLiteral("the disk may be full") : reason_; }
+
+ protected:
+  qint64 readData(char*, qint64) override { return -1; }
+  qint64 writeData(const char* data, qint64 length) override {
+    const qint64 written = device_.write(data, length);
+    if (written != length) note(false);
+    return length;  // the writer goes on to the end of what it has begun; nobody takes the file
+  }
+
+ private:
+  void note(bool well) {
+    if (well) return;
+    good_ = false;
+    if (const auto* file = qobject_cast<QFileDevice*>(&device_);
+        reason_.isEmpty() && file != nullptr && file->error() != QFileDevice::NoError)
+      reason_ = file->errorString();
+  }
+
+  QIODevice& device_;
+  QString reason_;
+  bool good_ = true;
+};
+
 }  // namespace
 
 struct ReportDocument::Self {
-  explicit Self(QIODevice& device) : writer(&device) {}
+  explicit Self(QIODevice& device) : checked(device), writer(&checked) {}
   ~Self() {
     if (painter.isActive()) painter.end();
   }
 
+  CheckedDevice checked;
   QPdfWriter writer;
   QPainter painter;
   std::optional<PageText> text;
@@ -65,12 +105,18 @@ ReportDocument::ReportDocument(QIODevice& device, const Sheet& sheet, const QStr
 
 ReportDocument::~ReportDocument() = default;
 
-const QString& ReportDocument::problem() const { return self_->problem; }
+QString ReportDocument::problem() const {
+  if (!self_->problem.isEmpty() || self_->checked.good()) return self_->problem;
+  return QStringLiteral("not all of it can be written: ") + self_->checked.reason();
+}
 
 PageText& ReportDocument::page() { return *self_->text; }
 
 void ReportDocument::nextPage() { self_->good = self_->writer.newPage() && self_->good; }
 
-bool ReportDocument::finish() { return self_->painter.end() && self_->good; }
+bool ReportDocument::finish() {
+  const bool ended = self_->painter.end();
+  return self_->checked.finish() && ended && self_->good;
+}
 
 }  // namespace zel::host

@@ -17,12 +17,13 @@ class ReportDocument {
   ReportDocument(QIODevice& device, const Sheet& sheet, const QString& title, const QString& creator);
   ~ReportDocument();
 
-  // Why there is none; empty when there is one.
-  const QString& problem() const;
+  // Why there is none, or none that is whole; empty so far as all is well.
+  QString problem() const;
   // The page that is drawn on.
   PageText& page();
   void nextPage();
-  // The end of the file is written. False when the device or the toolkit failed on the way.
+  // The end of the file is written, down to the system. False when the device or the toolkit failed on the
+  // way.
   bool finish();
 
  private:

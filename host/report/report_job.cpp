@@ -7,6 +7,8 @@
 #include <new>
 #include <optional>
 #include <span>
+#include <stdexcept>
+#include <utility>
 
 #include "report/link_plot.h"
 #include "report/page_drawing.h"
@@ -143,11 +145,22 @@ struct ReportJob::Self {
 
   void beginPage() {
     figures = pageFigures(request.plan, linkOf(link));
+    takeRow();
     page = linkPage(request.plan, linkOf(link), figures, request.units);
     layout = measureLinkPage(document.page(), request.sheet, page);
     map.begin(request.plan, request.links[link], figures,
               lookOnPaper(layout.map, request.units.imperial, request.angles));
     next = Step::kMap;
+  }
+
+  // The row is what the page says, also where the terrain or the settings changed after the table was drawn.
+  void takeRow() {
+    LinkRow& row = report.rows[link];
+    LinkRow now = linkRow(request.plan, request.links[link], figures);
+    now.page = row.page;
+    if (row.error.empty() && !now.error.empty())
+      now.error += "; when the table in front was made, there were figures";
+    row = std::move(now);
   }
 
   void drawPage() {
@@ -163,6 +176,8 @@ struct ReportJob::Self {
     }
     document.nextPage();
     drawLinkPage(document.page(), frameOf(tablePages + static_cast<int>(link) + 1), layout, page, pictures);
+    if (const QString problem = document.problem(); !problem.isEmpty())
+      throw std::runtime_error(problem.toStdString());
     ++link;
     next = link < request.links.size() ? Step::kPage : Step::kEnd;
   }
@@ -170,7 +185,10 @@ struct ReportJob::Self {
   void finish() {
     report.pages = pageCount();
     report.finished = document.finish();
-    if (!report.finished) report.error = "the document cannot be written";
+    if (!report.finished) {
+      report.error = document.problem().toStdString();
+      if (report.error.empty()) report.error = "the document cannot be written";
+    }
     tellProgress();
     end();
   }

@@ -310,6 +310,41 @@ TEST_F(PlanFilesTest, TheTableOfLinksIsSavedAsItIsShown) {
   EXPECT_EQ(text.find("\r\nNorth ridge,South hill,28.73,134.0,,121.1,"), text.find("\r\n")) << text;
 }
 
+// Files of this process end after so many bytes, as on a full disk.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t bytes) {
+    ::getrlimit(RLIMIT_FSIZE, &usual_);
+    const rlimit small{bytes, usual_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+  }
+  ~FullDisk() {
+    ::setrlimit(RLIMIT_FSIZE, &usual_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  void (*handler_)(int) = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit usual_{};
+};
+
+TEST_F(PlanFilesTest, AFullDiskLeavesNoPartOfATableOfLinks) {
+  started();
+  const std::string path = (folder_ / "links.csv").string();
+  chooseFile("linkTableDialog", path);
+  QString text;
+  answerBox(QStringLiteral("message"), QMessageBox::Ok, &text);
+  {
+    const FullDisk full(100);  // a table of a link has more, and is written in one piece at the end
+    action("mnuFileExportLinks")->trigger();
+  }
+  EXPECT_TRUE(waitFor([&] { return !text.isEmpty(); }));
+  EXPECT_TRUE(text.contains(QLatin1String("links.csv cannot be written: "))) << text.toStdString();
+  EXPECT_FALSE(std::filesystem::exists(path));
+}
+
 TEST_F(PlanFilesTest, ARecentFileThatIsGoneIsToldAndForgotten) {
   const std::string path = (folder_ / "plan.json").string();
   writePlanFile(path, {samplePlan(), std::nullopt});
@@ -372,19 +407,14 @@ TEST_F(ReportMenuTest, AWindowThatIsGoneTakesItsReportWithIt) {
 TEST_F(ReportMenuTest, AFullDiskIsToldAndLeavesTheFileThatWasThere) {
   started();
   const std::string path = (folder_ / "report.pdf").string();
-  rlimit usual{};
-  ::getrlimit(RLIMIT_FSIZE, &usual);
-  const auto before = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{1000, usual.rlim_max};
   ASSERT_NE(askReport(path), nullptr);
   test::writeBytes(path, "before");
   QString text;
   answerBox(QStringLiteral("message"), QMessageBox::Ok, &text);
-  ::setrlimit(RLIMIT_FSIZE, &small);
-  const bool told = waitFor([&] { return !text.isEmpty(); });
-  ::setrlimit(RLIMIT_FSIZE, &usual);
-  std::signal(SIGXFSZ, before);
-  ASSERT_TRUE(told);
+  {
+    const FullDisk full(1000);
+    ASSERT_TRUE(waitFor([&] { return !text.isEmpty(); }));
+  }
   EXPECT_TRUE(text.startsWith(QLatin1String("report.pdf was not written: "))) << text.toStdString();
   EXPECT_EQ(test::fileBytes(path), "before");
 }

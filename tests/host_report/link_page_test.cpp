@@ -40,6 +40,8 @@ TEST_F(LinkPageTest, HasTheFiguresOfTheLinkAndWhatTheyWereComputedWith) {
   EXPECT_EQ(value(shown, "Bearing"), "134.0\xC2\xB0, back 314.1\xC2\xB0");
   EXPECT_EQ(value(shown, "Free-space loss"), "121.1 dB");
   EXPECT_EQ(value(shown, "Verdict"), "blocked: the ground reaches above the line of sight");
+  EXPECT_EQ(value(shown, "Worst obstacle"), "9.71 km from the start, ground 953 m");
+  EXPECT_EQ(value(shown, "Obstacle at"), "36-20-21.2 N, 84-16-19.7 W");
   EXPECT_EQ(value(shown, "Frequency"), "950 MHz (of the settings)");
   EXPECT_EQ(value(shown, "Earth factor k"), "1.333");
   EXPECT_EQ(value(shown, "Terrain"), "1 second (bundled sample terrain), FCC 4-Point");
@@ -66,12 +68,12 @@ TEST_F(LinkPageTest, TheFiguresAreThoseOfTheMapsTable) {
     const auto id = static_cast<LinkId>(i + 1);
     const auto texts = rowTexts(linkRow(plan_, id, pageFigures(plan_, plan_.links.at(id))), {});
     SCOPED_TRACE(texts[0] + " - " + texts[1]);
-    EXPECT_EQ(texts[2], cell(i, LinkModel::kDistance));
-    EXPECT_EQ(texts[3], cell(i, LinkModel::kBearing));
-    EXPECT_EQ(texts[4], cell(i, LinkModel::kFreeSpace));
-    EXPECT_EQ(texts[5], cell(i, LinkModel::kModeled));
-    EXPECT_EQ(texts[6], cell(i, LinkModel::kClearance));
-    EXPECT_EQ(texts[7], cell(i, LinkModel::kVerdict));
+    EXPECT_EQ(texts[3], cell(i, LinkModel::kDistance));
+    EXPECT_EQ(texts[4], cell(i, LinkModel::kBearing));
+    EXPECT_EQ(texts[5], cell(i, LinkModel::kFreeSpace));
+    EXPECT_EQ(texts[6], cell(i, LinkModel::kModeled));
+    EXPECT_EQ(texts[7], cell(i, LinkModel::kClearance));
+    EXPECT_EQ(texts[8], cell(i, LinkModel::kVerdict));
   }
 }
 
@@ -80,7 +82,7 @@ TEST_F(LinkPageTest, ImperialUnitsAreFeetAndMiles) {
   EXPECT_EQ(value(shown, "Distance"), "17.85 mi");  // 28.734 km
   EXPECT_EQ(shown.stations[0].antenna, "98.43 ft above ground");
   EXPECT_EQ(shown.stations[0].ground, "1791 ft above sea level");
-  EXPECT_EQ(rowHeads({true})[2], "Distance (mi)");
+  EXPECT_EQ(rowHeads({true})[3], "Distance (mi)");
 }
 
 TEST_F(LinkPageTest, ALinkWithoutFiguresSaysWhyAndHasWhatNeedsNoGround) {
@@ -95,14 +97,40 @@ TEST_F(LinkPageTest, ALinkWithoutFiguresSaysWhyAndHasWhatNeedsNoGround) {
   EXPECT_EQ(shown.stations[0].ground, "");
   const LinkRow row = linkRow(plan_, 2, pageFigures(plan_, plan_.links.at(2)));
   EXPECT_EQ(verdictWordOf(row), "no terrain");
-  EXPECT_EQ(rowTexts(row, {})[4], "");
+  EXPECT_EQ(rowTexts(row, {})[5], "");
+}
+
+TEST_F(LinkPageTest, LinksBetweenTheSameStationsDifferInTheTableByTheirFrequency) {
+  plan_.links[2] = {1, 2, 5800.125};
+  const auto frequency = [&](LinkId id) {
+    return rowTexts(linkRow(plan_, id, pageFigures(plan_, plan_.links.at(id))), {})[2];
+  };
+  EXPECT_EQ(frequency(1), "950");  // the settings'
+  EXPECT_EQ(frequency(2), "5800.125");
+  plan_.stations[4] = {"Beside", {36.4001, -84.35}, 30};  // too close for figures
+  plan_.links[3] = {1, 4, 450.0};
+  plan_.links[4] = {1, 4, std::nullopt};
+  EXPECT_EQ(frequency(3), "450");
+  EXPECT_EQ(frequency(4), "");
+}
+
+TEST_F(LinkPageTest, APlotThatReachesBeyondTheTerrainSaysWhyTheFiguresDoNot) {
+  plan_.stations[4] = {"Last post", {36.30, -84.0846}, 30};  // the sample terrain ends at 84.0829 W
+  plan_.links[2] = {1, 4, std::nullopt};
+  const LinkPage shown = page(2);
+  EXPECT_TRUE(shown.failure.empty()) << shown.failure;
+  EXPECT_TRUE(
+      shown.plotProblem.starts_with("the plot reaches a twentieth of the path beyond both stations; Sample "))
+      << shown.plotProblem;
+  EXPECT_EQ(linkRow(plan_, 2, pageFigures(plan_, plan_.links.at(2))).plotProblem, shown.plotProblem);
 }
 
 TEST_F(LinkPageTest, AnAntennaOnTheGroundHasFiguresButNoPlot) {
   plan_.stations[1].antennaM = 0;
   const LinkPage shown = page(1);
   EXPECT_TRUE(shown.failure.empty()) << shown.failure;
-  EXPECT_NE(shown.plotProblem.find("the antenna of North ridge stands on the ground"), std::string::npos);
+  EXPECT_TRUE(shown.plotProblem.starts_with("the antenna of North ridge stands on the ground"))
+      << shown.plotProblem;
 }
 
 TEST_F(LinkPageTest, AnAntennaThatIsRoundedIsToldWithBothHeights) {

@@ -1,11 +1,18 @@
 // Whole reports, read back by other programs.
 #include "report/report_job.h"
 
+#include <QPainter>
+#include <QPalette>
+#include <QRect>
 #include <algorithm>
 #include <set>
 
+#include "report/link_plot.h"
+#include "report/page_drawing.h"
+#include "report/report_document.h"
 #include "report_fixture.h"
 #include "support/pdf_tools.h"
+#include "zel/settings.h"
 
 namespace zel::host {
 namespace {
@@ -140,6 +147,137 @@ TEST_F(ReportJobTest, ProgressCountsUpToItsEndAndCancelEndsIt) {
   EXPECT_TRUE(made.report.cancelled);
   EXPECT_FALSE(made.report.finished);
   EXPECT_TRUE(made.report.error.empty());
+}
+
+// Takes what a full disk would: the first bytes of the write that does not fit, and no others.
+class FullDevice final : public QIODevice {
+ public:
+  explicit FullDevice(qint64 room) : room_(room) { open(WriteOnly | Unbuffered); }
+  bool isSequential() const override { return true; }
+
+ protected:
+  qint64 readData(char*, qint64) override { return -1; }
+  qint64 writeData(const char*, qint64 length) override {
+    const qint64 taken = std::min(length, room_);
+    room_ -= taken;
+    return taken;
+  }
+
+ private:
+  qint64 room_;
+};
+
+TEST_F(ReportJobTest, ADeviceThatTakesOnlyAPartFailsTheReportWhereverItEnds) {
+  for (const qint64 room : {qint64{0}, qint64{50'000}}) {
+    FullDevice device(room);
+    ReportRequest plain = request();
+    plain.terrain.reset();  // the map's ground takes the longest
+    ReportJob job(std::move(plain), device);
+    int ends = 0;
+    job.onEnd = [&] { ++ends; };
+    job.start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ends > 0; }, 60'000));
+    EXPECT_EQ(ends, 1);
+    EXPECT_FALSE(job.report().finished);
+    EXPECT_EQ(job.report().error, "not all of it can be written: the disk may be full");
+  }
+}
+
+TEST_F(ReportJobTest, TerrainThatGoesAfterTheTableIsToldWithTheLink) {
+  ReportRequest plain = request();
+  plain.terrain.reset();
+  const Made made = make(std::move(plain), [&](ReportJob& job) {
+    job.onProgress = [&](int now, int all) {
+      if (now == all / 2) storeSetting("Terrain", "Source3", (folder_ / "gone").string());
+    };
+  });
+  ASSERT_TRUE(made.report.finished) << made.report.error;
+  const LinkRow& row = made.report.rows.at(0);
+  EXPECT_TRUE(has(row.error, "gone")) << row.error;
+  EXPECT_TRUE(row.error.ends_with("; when the table in front was made, there were figures")) << row.error;
+  EXPECT_EQ(row.page, 2);
+  const test::PdfFile pdf(made.bytes);
+  EXPECT_TRUE(has(pdf.text(1), "blocked"));
+  EXPECT_TRUE(has(pdf.text(2), "No figures: "));
+}
+
+TEST_F(ReportJobTest, EveryVerdictHasRoomInTheTableOfNarrowPaper) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  std::vector<LinkRow> rows(4);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    rows[i].verdict = static_cast<PathVerdict>(i);
+    rows[i].frequencyMhz = 10'000.125;
+    rows[i].distanceKm = 1234.56;
+    rows[i].freeSpaceDb = rows[i].modeledDb = 278.9;
+    rows[i].clearancePercent = -12'345;
+    rows[i].page = 100'200;
+  }
+  {
+    ReportDocument document(buffer, kSheetA4, QStringLiteral("t"), QStringLiteral("c"));
+    drawTablePage(document.page(), {"t", "d", "p", kSheetA4, 1, 1}, rows, rows, {});
+    ASSERT_TRUE(document.finish());
+  }
+  const std::string text = test::PdfFile(bytes.toStdString()).text(1);
+  for (const char* words : {"clear", "marginal", "blocked", "unknown", "10000.125", "1234.56", "-12345",
+                            "100200", "Frequency", "Clearance", "Free space"})
+    EXPECT_TRUE(has(text, words)) << words << " in\n" << text;
+  EXPECT_FALSE(has(text, "\xE2\x80\xA6")) << text;  // nothing is cut
+}
+
+TEST_F(ReportJobTest, NamesOnTheMapKeepClearOfTheirLink) {
+  plan_.stations[1].position = {36.30, -84.35};
+  plan_.stations[2].position = {36.30, -84.15};
+  LinkMap map(nullptr);
+  const PageFigures figures = pageFigures(plan_, plan_.links.at(1));
+  const auto picture = [&](const std::string& name) {
+    plan_.stations[1].name = plan_.stations[2].name = name;
+    map.begin(plan_, 1, figures, lookOnPaper({0, 0, 180, 85}, false, AngleFormat::kDecimalDegrees));
+    EXPECT_TRUE(map.ready());
+    return map.picture();
+  };
+  const QImage small = picture("I"), wide = picture("WWWWWWWWWWWWWWW");
+  ASSERT_NE(small, wide);
+  // From one station's symbol to the other's a strip along the link is the same in both.
+  const auto isSymbol = [&](int x, int y) { return small.pixel(x, y) == 0xff12355b; };
+  QRect strip;
+  for (int y = 0; y < small.height(); ++y)
+    for (int x = 0; x < small.width(); ++x)
+      if (isSymbol(x, y)) strip = strip.united(QRect(x, y, 1, 1));
+  ASSERT_GT(strip.width(), small.width() / 2);
+  EXPECT_LT(strip.height(), 30);
+  EXPECT_EQ(small.copy(strip), wide.copy(strip));
+  // One that finds no place beside it is shown all the same.
+  EXPECT_NE(small.copy(strip), picture(std::string(40, 'W')).copy(strip));
+}
+
+TEST_F(ReportJobTest, PaperIsWhiteOnADarkDesktop) {
+  const PageFigures figures = pageFigures(plan_, plan_.links.at(1));
+  const auto page = [&] {
+    constexpr double kDotsPerMm = 3;
+    QImage paper(630, 891, QImage::Format_RGB32);
+    paper.fill(Qt::white);
+    QPainter painter(&paper);
+    PageText text(painter, kDotsPerMm);
+    const LinkPage shown = linkPage(plan_, plan_.links.at(1), figures, {});
+    const LinkPageLayout layout = measureLinkPage(text, kSheetA4, shown);
+    LinkMap map(nullptr);
+    map.begin(plan_, 1, figures, lookOnPaper(layout.map, false, AngleFormat::kDecimalDegrees));
+    EXPECT_TRUE(map.ready());
+    drawLinkPage(text, {"plan", "date", "program", kSheetA4, 2, 2}, layout, shown,
+                 {map.picture(), linkPlot(plan_, plan_.links.at(1), figures.result, layout.plot, false)});
+    painter.end();
+    return paper;
+  };
+  const QImage light = page();
+  const QPalette usual = QGuiApplication::palette();
+  QPalette dark(QColor(53, 53, 53), QColor(45, 45, 48));
+  QGuiApplication::setPalette(dark);
+  const QImage other = page();
+  QGuiApplication::setPalette(usual);
+  EXPECT_EQ(light, other);
+  EXPECT_EQ(light.pixelColor(5, 5), QColor(Qt::white));
 }
 
 TEST_F(ReportJobTest, AcrossTheDateLineTheMapShowsTheShortWay) {
