@@ -1,6 +1,7 @@
 #include "zeltool/geodesy/proj_datum_shift.h"
 
 #include <proj.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -111,9 +112,20 @@ struct ProjDatumShift::Self {
   std::mutex mutex;
   Context context;
   std::vector<Operation> operations;  // the better ones first
+  pid_t process = 0;                  // that has read them
+
+  // A forked process would share its place in the grid files with the first one. It leaves them open, since
+  // closing moves that place, too.
+  void leaveToParent() {
+    for (Operation& operation : operations) static_cast<void>(operation.object.release());
+    operations.clear();
+    static_cast<void>(context.release());
+  }
 
   void readRegistry() {
+    if (process != getpid()) leaveToParent();
     if (!operations.empty()) return;
+    process = getpid();
     Context fresh(proj_context_create());
     if (!fresh) throw RuntimeError::outOfMemory();
     proj_context_set_enable_network(fresh.get(), 0);

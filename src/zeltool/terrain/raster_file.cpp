@@ -1,5 +1,8 @@
 #include "zeltool/terrain/raster_file.h"
 
+#include <pthread.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cmath>
@@ -26,7 +29,40 @@ std::uint64_t nextId() {
   return ++last;
 }
 
+// Every list of open files. Never destroyed: the process may fork while it ends.
+struct Lists {
+  std::mutex mutex;
+  std::vector<OpenFiles*> all;
+};
+
+Lists& lists() {
+  static Lists& only = *new Lists;
+  return only;
+}
+
+void beforeFork() {
+  const std::lock_guard lock(lists().mutex);
+  for (OpenFiles* list : lists().all) list->closeIdle();
+}
+
 }  // namespace
+
+OpenFiles::OpenFiles(std::size_t most) : most_(most) {
+  static const int registered = pthread_atfork(beforeFork, nullptr, nullptr);
+  static_cast<void>(registered);
+  const std::lock_guard lock(lists().mutex);
+  lists().all.push_back(this);
+}
+
+OpenFiles::~OpenFiles() {
+  const std::lock_guard lock(lists().mutex);
+  std::erase(lists().all, this);
+}
+
+void OpenFiles::closeIdle() {
+  const std::lock_guard lock(mutex_);
+  files_.remove_if([](const RasterFile* file) { return file->closeUnlessBusy(); });
+}
 
 void OpenFiles::touched(RasterFile& file) {
   const std::lock_guard lock(mutex_);
@@ -60,7 +96,10 @@ RasterFile::RasterFile(std::string path, WatchedPath seen, RasterPlacement place
       placement_(std::move(placement)),
       openFiles_(std::move(openFiles)) {}
 
-RasterFile::~RasterFile() { openFiles_->forget(*this); }
+RasterFile::~RasterFile() {
+  openFiles_->forget(*this);
+  leaveToParentLocked();
+}
 
 PostWindow RasterFile::windowOf(const BlockKey& key) const {
   const std::int32_t left = std::max(key.column * kBlock - 1, 0), top = std::max(key.row * kBlock - 1, 0);
@@ -127,9 +166,11 @@ std::string RasterFile::state() const {
 void RasterFile::openLocked() const {
   if (failed_) return;
   read_ = true;
+  leaveToParentLocked();
   if (!raster_) {
     std::string problem;
     raster_ = OpenRaster::open(path_, problem);
+    process_ = getpid();
     if (raster_ && (raster_->columns() != placement_.columns() || raster_->rows() != placement_.rows())) {
       raster_.reset();
       problem = "its size changed while it was in use";
@@ -140,9 +181,15 @@ void RasterFile::openLocked() const {
   openFiles_->touched(const_cast<RasterFile&>(*this));
 }
 
+void RasterFile::leaveToParentLocked() const {
+  // Closing would move the place in the file, too.
+  if (raster_ && process_ != getpid()) static_cast<void>(raster_.release());
+}
+
 bool RasterFile::closeUnlessBusy() const {
   const std::unique_lock lock(mutex_, std::try_to_lock);
   if (!lock) return false;
+  leaveToParentLocked();
   raster_.reset();
   return true;
 }

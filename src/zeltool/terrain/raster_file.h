@@ -1,8 +1,13 @@
 // One raster of a source: where it lies, and its heights in blocks, read on demand. Serves several threads at
 // once.
 //
-// Its file is opened when the first block is asked for, and closed again when too many others are open.
+// Its file is opened when the first block is asked for, and closed again when too many others are open. It is
+// closed before the process forks, too: parent and child would share the place in the file, and each would
+// read what the other one looked for. What another thread reads just then stays open; the child leaves that
+// alone and opens the file anew.
 #pragma once
+
+#include <sys/types.h>
 
 #include <atomic>
 #include <cstdint>
@@ -22,10 +27,14 @@ class RasterFile;
 // The files that are open, the latest used first; keeps their number bounded. Outlives its files.
 class OpenFiles {
  public:
-  explicit OpenFiles(std::size_t most) : most_(most) {}
+  explicit OpenFiles(std::size_t most);
+  ~OpenFiles();
+  OpenFiles(const OpenFiles&) = delete;
+  OpenFiles& operator=(const OpenFiles&) = delete;
   // Called with the file's own lock held. Files that are in use elsewhere are not closed.
   void touched(RasterFile& file);
   void forget(RasterFile& file);
+  void closeIdle();
   std::size_t count() const;
 
  private:
@@ -78,6 +87,7 @@ class RasterFile {
   void openLocked() const;
   void failLocked(const std::string& problem) const;
   bool closeUnlessBusy() const;
+  void leaveToParentLocked() const;
   PostWindow windowOf(const BlockKey& key) const;
 
   HeightBlock readLocked(const PostWindow& window) const;
@@ -89,6 +99,7 @@ class RasterFile {
   const std::shared_ptr<OpenFiles> openFiles_;
   mutable std::mutex mutex_;
   mutable std::unique_ptr<OpenRaster> raster_;
+  mutable pid_t process_ = 0;  // that opened it
   mutable std::string problem_;
   mutable bool failed_ = false;
   mutable std::atomic<bool> read_{false};
