@@ -98,7 +98,6 @@ CalculatorPtr calculator() {
 
 void settingsChanged() {
   state().stale = true;
-  if (lastOpened() == nullptr) return;
   const std::lock_guard lock(state().component);
   try {
     openNew();

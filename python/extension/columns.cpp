@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "extension/errors.h"
+
 namespace zel::python {
 namespace {
 
@@ -26,6 +28,7 @@ py::buffer_info requested(const py::object& value) {
 void bindColumn(py::module_& module) {
   py::class_<Column>(module, "Column", py::buffer_protocol(),
                      "Memory of a result, lent by the buffer protocol.")
+      .def("__reduce_ex__", &refuseToPickle)
       .def_buffer([](Column& column) {
         return py::buffer_info(column.data, column.itemSize, column.format,
                                static_cast<py::ssize_t>(column.shape.size()), column.shape, column.strides);

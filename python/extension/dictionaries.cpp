@@ -26,7 +26,7 @@ py::object obstacle(const std::optional<PathObstacle>& worst) {
   return fields;
 }
 
-py::dict dictionaryOf(const PathLossModelInputs& model) {
+py::dict modelDictionary(const PathLossModelInputs& model) {
   py::dict fields;
   fields["polarization"] = model.polarization == Polarization::kVertical ? "vertical" : "horizontal";
   fields["climate"] = model.climate;
@@ -97,7 +97,7 @@ py::dict dictionaryOf(const PathLoss& loss) {
   fields["horizon_distances_m"] = pair(loss.horizonDistancesM);
   fields["horizon_angles_rad"] = pair(loss.horizonAnglesRad);
   fields["reference_attenuation_db"] = loss.referenceAttenuationDb;
-  fields["model"] = dictionaryOf(loss.model);
+  fields["model"] = modelDictionary(loss.model);
   fields["terrain"] = dictionaryOf(loss.terrain);
   fields["notes"] = texts(loss.notes);
   fields["warnings"] = texts(loss.warnings);

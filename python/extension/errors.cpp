@@ -67,6 +67,10 @@ void warnOfTerrain(const std::string& text) {
     throw py::error_already_set();
 }
 
+py::object refuseToPickle(const py::object& self, int) {
+  throw py::type_error(std::string(Py_TYPE(self.ptr())->tp_name) + " cannot be pickled or copied");
+}
+
 py::str textOf(const std::string& text) { return decoded(text, "replace"); }
 py::str pathOf(const std::string& path) { return decoded(path, "surrogateescape"); }
 

@@ -37,6 +37,10 @@ void translateErrors();
 // warnings are errors.
 void warnOfTerrain(const std::string& text);
 
+// As __reduce_ex__ of a class: Python's oldest ways to pickle would take the object apart, which ends the
+// process inside of pybind11.
+py::object refuseToPickle(const py::object& self, int protocol);
+
 // A text of the library, UTF-8; bytes that are none are replaced.
 py::str textOf(const std::string& text);
 // A file name, as os.fsdecode has it.

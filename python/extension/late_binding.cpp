@@ -37,7 +37,8 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
   AutomationErrorCode code = AutomationErrorCode::kFailed;
   if (error.matches(PyExc_AttributeError)) code = AutomationErrorCode::kMemberNotFound;
   if (error.matches(PyExc_OverflowError)) code = AutomationErrorCode::kOverflow;
-  std::string text = py::str(error.type().attr("__name__"));
+  // Not by the attribute __name__: a class of classes may have one that raises.
+  std::string text = reinterpret_cast<PyTypeObject*>(error.type().ptr())->tp_name;
   try {
     text += ": " + std::string(py::str(error.value()));
   } catch (const py::error_already_set&) {
@@ -180,9 +181,13 @@ std::string utf8Of(PyObject* text) {
 
 // Of a type that is none of Python's own: a number of numpy, a Decimal; nothing when it is no number.
 std::optional<AutomationValue> foreignNumber(PyObject* object) {
-  // The booleans of numpy are no integers to Python.
-  if (std::string_view(Py_TYPE(object)->tp_name) == "numpy.bool_")
-    return AutomationValue(PyObject_IsTrue(object) == 1);
+  // The booleans of numpy are no integers to Python. They are "numpy.bool_", from numpy 2 on "numpy.bool".
+  const std::string_view type = Py_TYPE(object)->tp_name;
+  if (type == "numpy.bool_" || type == "numpy.bool") {
+    const int truth = PyObject_IsTrue(object);
+    if (truth >= 0) return AutomationValue(truth == 1);
+    PyErr_Clear();
+  }
   if (PyIndex_Check(object) != 0) {
     if (PyObject* integer = PyNumber_Index(object))
       return integerOf(py::reinterpret_steal<py::object>(integer).ptr());
@@ -227,6 +232,7 @@ ObjectHandle makeControl() {
   const std::lock_guard lock(componentMutex());
   auto control = std::make_unique<ProfileControl>();
   controlMade();
+  settingsChanged();  // other threads, which cannot read them from here on, have them
   return ObjectHandle(std::shared_ptr<ProfileControl>(control.release(), releaseControl));
 }
 
@@ -321,10 +327,12 @@ void bindLateBinding(py::module_& module) {
   py::enum_<Access>(module, "Access")
       .value("GET", Access::kGet)
       .value("LET", Access::kLet)
-      .value("METHOD", Access::kMethod);
+      .value("METHOD", Access::kMethod)
+      .def("__reduce_ex__", &refuseToPickle);
   py::class_<ObjectHandle>(module, "ObjectHandle", "An object of the component.")
       .def("invoke", &ObjectHandle::invoke, py::arg("name"), py::arg("access"), py::arg("arguments"))
       .def("has", &ObjectHandle::has, py::arg("name"))
+      .def("__reduce_ex__", &refuseToPickle)
       .def("identity", [](const ObjectHandle& handle) {
         return reinterpret_cast<std::uintptr_t>(handle.object().get());
       });

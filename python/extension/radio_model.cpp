@@ -116,7 +116,7 @@ struct Losses {
   }
 };
 
-py::dict dictionaryOf(Losses&& losses, std::size_t paths, const std::vector<std::size_t>& extents) {
+py::dict lossesDictionary(Losses&& losses, std::size_t paths, const std::vector<std::size_t>& extents) {
   py::dict fields;
   fields["loss_db"] = lent(std::move(losses.loss), extents);
   if (!losses.full) return fields;
@@ -166,7 +166,7 @@ py::dict longleyRice(const ModelArguments& arguments, std::optional<std::size_t>
       }
     }
   }
-  return dictionaryOf(std::move(losses), paths, {paths, reliabilities, confidences});
+  return lossesDictionary(std::move(losses), paths, {paths, reliabilities, confidences});
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ namespace {
 
 // ---- Settings ----
 
-py::dict dictionaryOf(const SettingDescription& setting) {
+py::dict settingDictionary(const SettingDescription& setting) {
   py::dict fields;
   fields["section"] = textOf(setting.section);
   fields["key"] = textOf(setting.key);
@@ -45,7 +45,7 @@ py::object optionalText(const std::optional<std::string>& text) {
 void bindSettings(py::module_& module) {
   module.def("known_settings", [] {
     py::list list;
-    for (const SettingDescription& setting : knownSettings()) list.append(dictionaryOf(setting));
+    for (const SettingDescription& setting : knownSettings()) list.append(settingDictionary(setting));
     return list;
   });
   module.def("stored_setting", [](const std::string& section, const std::string& key) {
@@ -75,7 +75,7 @@ void bindSettings(py::module_& module) {
 
 // ---- Terrain ----
 
-py::dict dictionaryOf(const TerrainRaster& raster) {
+py::dict rasterDictionary(const TerrainRaster& raster) {
   py::dict fields;
   fields["path"] = pathOf(raster.path);
   fields["problem"] = textOf(raster.problem);
@@ -118,7 +118,7 @@ void bindTerrain(py::module_& module) {
   module.def("terrain_rasters", [](const std::string& path) {
     py::list list;
     for (const TerrainRaster& raster : withComponent([&] { return terrainRasters(path); }))
-      list.append(dictionaryOf(raster));
+      list.append(rasterDictionary(raster));
     return list;
   });
 }

@@ -59,6 +59,9 @@ class AutomationObject:
     def __delattr__(self, name):
         raise _errors.WrongAccessError(f"{name} cannot be deleted")
 
+    def __reduce_ex__(self, protocol):
+        raise TypeError(f"{type(self).__name__} cannot be pickled or copied: it is an object of this process")
+
     def __eq__(self, other):
         if not isinstance(other, AutomationObject):
             return NotImplemented
@@ -69,7 +72,7 @@ class AutomationObject:
 
 
 class _Method:
-    """A method of an object without a description of its members."""
+    """A method of an object without a description of its members, or a group of its controls, read by an index."""
 
     __slots__ = ("_handle", "__name__")
 
@@ -78,7 +81,12 @@ class _Method:
         self.__name__ = name
 
     def __call__(self, *arguments):
-        return self._handle.invoke(self.__name__, _METHOD, arguments)
+        try:
+            return self._handle.invoke(self.__name__, _METHOD, arguments)
+        except _errors.WrongAccessError:
+            if not arguments:
+                raise
+            return self._handle.invoke(self.__name__, _GET, arguments)
 
     def __repr__(self):
         return f"<method {self.__name__} of the component>"

@@ -134,6 +134,8 @@ def destination(lat, lon, bearing, distance):
 def parse_station(text):
     """Reads "LAT,LON" or "LAT,LON,HEIGHT", in decimal degrees or degrees, minutes and seconds. Gives a Station, whose AntHt
     is None where the text has no height. Raises PathError."""
+    if not isinstance(text, str):
+        raise TypeError(f"a station's text is a str, not {type(text).__name__}")
     return Station(*_extension.parse_station(text.encode()))
 
 

@@ -1,11 +1,14 @@
 """ProfileControl by late binding."""
 import collections
+import copy
 import decimal
 import fractions
+import functools
 import inspect
 import math
 import os
 import pathlib
+import pickle
 import pydoc
 import tempfile
 import threading
@@ -246,6 +249,28 @@ class TheApplication(WithControl):
         self.control.SetClientApp(self.application())
         self.assertGreater(zel.get_path_loss(*PATH), 100)
 
+    def test_that_fails_with_an_exception_without_name_or_text_is_told_too(self):
+        class Nameless(type):
+            @property
+            def __name__(cls):
+                raise ValueError("no name")
+
+        class Wordless(Exception, metaclass=Nameless):
+            def __str__(self):
+                raise ValueError("no text")
+
+        class Application:
+            Path = "."
+
+            @property
+            def Title(self):
+                raise Wordless
+
+        self.control.SetClientApp(Application())
+        with self.assertRaisesRegex(zel.SettingsError, r"Title: Wordless \(whose text cannot be had\)"):
+            zel.settings.get("Profile/Prf_Freq")
+        self.control.SetClientApp(self.application())
+
     def test_with_a_value_of_the_wrong_kind_is_told_in_the_error(self):
         self.control.SetClientApp(self.application(Title=object()))
         with self.assertRaises(zel.ZelError):
@@ -304,6 +329,16 @@ class Windows(WithControl):
         self.assertNotEqual(form, self.control.PForm)
         self.assertEqual(len({form, form}), 1)
 
+    def test_have_groups_of_controls_that_are_reached_by_an_index(self):
+        self.control.SetClientApp(self.application())
+        form = self.control.PForm
+        self.assertTrue(form.optCurve(0).Value)
+        self.assertFalse(form.optCurve(1).Value)
+        with self.assertRaises(zel.MemberFailedError):
+            form.optCurve(9)
+        with self.assertRaises(zel.AutomationError):
+            form.optCurve()
+
     def test_events_need_a_time_that_is_none_below_zero(self):
         zel.windows_problem()
         with self.assertRaises(ValueError):
@@ -325,6 +360,25 @@ class Objects(unittest.TestCase):
         self.assertEqual(outer.Lat, inner)
         self.assertEqual(hash(outer.Lat), hash(inner))
         self.assertEqual(outer.Lat.AntHt, 3)
+
+    def test_cannot_be_pickled_or_copied(self):
+        # With its oldest protocols pickle takes objects of an extension apart, which once ended the process.
+        control = zel.ProfileControl()
+        for thing in (control, control._handle, extension.Access.GET):
+            for refused in (*(functools.partial(pickle.dumps, thing, protocol) for protocol in range(6)),
+                            functools.partial(copy.copy, thing), functools.partial(copy.deepcopy, thing)):
+                with self.assertRaisesRegex(TypeError, "cannot be pickled or copied"):
+                    refused()
+
+    def test_that_only_look_like_booleans_of_numpy_are_objects(self):
+        def refuse(self):
+            raise ValueError("neither")
+
+        truth = type("numpy.bool", (), {"__bool__": lambda self: True})()
+        neither = type("numpy.bool_", (), {"__bool__": refuse})()
+        bag = zel.AutomationObject(extension.make_station(truth, neither, 2))
+        self.assertIs(bag.Lat, True)
+        self.assertIs(bag.Lon, neither)
 
     def test_keep_values_of_every_kind(self):
         for value in (None, True, False, 0, -5, 2**31 - 1, 1.5, math.inf, "", "Ünï\n", "a\0b"):

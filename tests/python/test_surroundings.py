@@ -136,6 +136,9 @@ class Geodesics(unittest.TestCase):
         self.assertIsNone(zel.parse_station("36-24-00 N,84-21-00 W").AntHt)
         with self.assertRaises(zel.PathError):
             zel.parse_station("north pole")
+        for wrong in (36.4, b"36.4,-84.3", None):
+            with self.assertRaisesRegex(TypeError, "a station's text is a str, not"):
+                zel.parse_station(wrong)
 
 
 class Pictures(unittest.TestCase):

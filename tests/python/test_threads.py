@@ -80,6 +80,23 @@ print(len(found), len(set(found)))
                                  zel.get_path_loss(*A[:2], height, *B, FREQUENCY))
         control = None
 
+    def test_have_the_settings_before_the_control_s_own_thread_has_computed(self):
+        done = run_script("""
+import threading
+import zelprofiler01 as zel
+control = zel.ProfileControl()
+found = []
+path = (36.4408, -84.3433, 30, 36.1842, -84.1283, 30)
+def in_a_thread():
+    thread = threading.Thread(target=lambda: found.append(zel.get_path_loss(*path)))
+    thread.start(); thread.join()
+in_a_thread()
+zel.settings.set_for_this_run("Profile/Prf_Freq", 450)
+in_a_thread()
+print(found == [zel.get_path_loss(*path, 100), zel.get_path_loss(*path, 450)])
+""")
+        self.assertEqual((done.stdout, done.stderr), ("True\n", ""))
+
     def test_run_while_another_computes(self):
         # A call on arrays lets others run: a thread that only counts goes on meanwhile.
         counted = []

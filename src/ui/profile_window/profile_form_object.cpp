@@ -440,6 +440,9 @@ class ProfileFormObject final : public Dispatch {
     QString wanted = QString::fromStdString(name);
     if (!arguments.empty()) wanted += QStringLiteral("(%1)").arg(arguments.front().toInt32());
     QObject* found = loaded().findChild<QObject*>(wanted);
+    if (found == nullptr && arguments.empty())
+      fail(AutomationErrorCode::kWrongArgumentCount,
+           "the controls '" + name + "' are a group: give an index");
     if (found == nullptr)
       fail(AutomationErrorCode::kFailed, "there is no control '" + wanted.toStdString() + "'");
     return std::make_shared<ControlObject>(found, host_.checkThread);
