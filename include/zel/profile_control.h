@@ -1,8 +1,8 @@
 // The terrain profiler's one creatable class. A host needs nothing else:
 //
 //   zel::ProfileControl profiler;
-//   profiler.SetClientApp(application);                // settings are kept under its Title, the log in its
-//   Path profiler.ShowMainForm({36.30, -84.20, 30}, {36.40, -84.10, 30});
+//   profiler.SetClientApp(application);  // settings under its Title, the log in its Path
+//   profiler.ShowMainForm({36.30, -84.20, 30}, {36.40, -84.10, 30});
 //
 // Every member may be called early-bound, as below, or by its name through Dispatch. The state behind the
 // class is one for the process: all ProfileControl objects see and change the same values, and there is one

@@ -5,10 +5,10 @@ file(REMOVE_RECURSE ${WORK})
 file(GLOB_RECURSE pc_file ${PREFIX}/zelProfiler01.pc)
 get_filename_component(pc_folder "${pc_file}" DIRECTORY)
 set(ENV{PKG_CONFIG_PATH} ${pc_folder})
-foreach(language cpp c)
-  execute_process(COMMAND ${CMAKE_COMMAND} -S ${EXAMPLES}/${language} -B ${WORK}/${language} -G ${GENERATOR}
+foreach(folder first_loss cpp qt c)
+  execute_process(COMMAND ${CMAKE_COMMAND} -S ${EXAMPLES}/${folder} -B ${WORK}/${folder} -G ${GENERATOR}
       -DCMAKE_C_COMPILER=${C} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_PREFIX_PATH=${PREFIX}
       "-DCMAKE_C_FLAGS=-std=c11 -Wall -Wextra -Wpedantic -Werror" "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Werror"
     COMMAND_ERROR_IS_FATAL ANY)
-  execute_process(COMMAND ${CMAKE_COMMAND} --build ${WORK}/${language} COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND ${CMAKE_COMMAND} --build ${WORK}/${folder} COMMAND_ERROR_IS_FATAL ANY)
 endforeach()
