@@ -18,6 +18,7 @@
 #include <sstream>
 
 #include "command_line/command_error.h"
+#include "planning/short_number.h"
 
 namespace zel::host {
 namespace {
@@ -125,13 +126,7 @@ void send(const std::string& path, const std::string& content) {
 }  // namespace
 
 std::string fixed(double value, int decimals) {
-  if (std::isnan(value)) return {};
-  std::array<char, 400> buffer{};
-  const auto end =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, decimals);
-  std::string text(buffer.data(), end.ptr);
-  if (text.front() == '-' && text.find_first_not_of("-0.") == std::string::npos) text.erase(0, 1);
-  return text;
+  return std::isnan(value) ? std::string() : fixedNumber(value, decimals);
 }
 
 std::string shortest(double value) {

@@ -7,26 +7,13 @@
 #include <cstring>
 
 #include "command_line/command_error.h"
+#include "planning/whole_file.h"
 
 namespace zel::host {
 namespace {
 
-const char* advice(int error) {
-  switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-      return "; check its name and folder";
-    case EISDIR:
-      return "; give a file";
-    case EACCES:
-      return "; its permissions, or those of its folder, must let you read it";
-    default:
-      return "";
-  }
-}
-
 [[noreturn]] void cannotRead(const std::string& title, int error) {
-  throw CommandFailure("cannot read " + title + ": " + std::strerror(error) + advice(error));
+  throw CommandFailure("cannot read " + title + ": " + std::strerror(error) + readAdvice(error));
 }
 
 }  // namespace

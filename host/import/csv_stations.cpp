@@ -19,7 +19,6 @@ namespace {
 
 constexpr std::size_t kSampleBytes = 64U << 10;
 constexpr std::size_t kSampleRows = 20;  // by which delimiter and columns are told
-constexpr std::size_t kMostNamed = 12;   // columns in a note
 constexpr double kMetre = 1, kMegahertz = 1;
 
 struct Column {
@@ -349,14 +348,6 @@ const char* nameOf(char delimiter) {
   }
 }
 
-std::string listed(const std::vector<std::string>& names) {
-  std::string list;
-  for (std::size_t i = 0; i < std::min(names.size(), kMostNamed); ++i)
-    list += (i > 0 ? ", " : "") + shownText(names[i]);
-  if (names.size() > kMostNamed) list += " and " + std::to_string(names.size() - kMostNamed) + " more";
-  return list;
-}
-
 class CsvReader {
  public:
   CsvReader(const Layout& layout, char delimiter, StationCollector& collector)
@@ -504,7 +495,7 @@ void tellLayout(const Dialect& dialect, StationCollector& collector) {
   if (layout.header) collector.note("read as " + namedColumns(layout));
   if (layout.seaLevel)
     collector.note("heights above sea level are not taken: the terrain gives the ground's height");
-  if (!layout.unused.empty()) collector.note("columns that are not used: " + listed(layout.unused));
+  if (!layout.unused.empty()) collector.note("columns that are not used: " + shownNames(layout.unused));
 }
 
 // What spreadsheets write into the first line for one another: "sep=;".

@@ -82,6 +82,15 @@ std::string shownText(std::string_view text) {
   return shown + (piece.size() < text.size() ? "...\"" : "\"");
 }
 
+std::string shownNames(const std::vector<std::string>& names) {
+  constexpr std::size_t kMostNamed = 12;
+  std::string list;
+  for (std::size_t i = 0; i < std::min(names.size(), kMostNamed); ++i)
+    list += (i > 0 ? ", " : "") + shownText(names[i]);
+  if (names.size() > kMostNamed) list += " and " + std::to_string(names.size() - kMostNamed) + " more";
+  return list;
+}
+
 std::string counted(std::size_t count, const std::string& one, const std::string& several) {
   return std::to_string(count) + " " + (count == 1 ? one : several);
 }

@@ -85,6 +85,8 @@ class StationCollector {
 
 // A piece of the file for a message: in quotes, on one line, cut when long.
 std::string shownText(std::string_view text);
+// Names of columns, one behind the other; of many the first dozen and how many more there are.
+std::string shownNames(const std::vector<std::string>& names);
 // "1 row", "12 rows".
 std::string counted(std::size_t count, const std::string& one, const std::string& several);
 // A number as short as it goes: "95", "-84.25".

@@ -17,22 +17,8 @@ namespace {
 constexpr std::size_t kPiece = 256U << 10U;
 constexpr int kPatience = 100;  // ms between two looks at whether to stop
 
-const char* advice(int error) {
-  switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-      return "; check its name and folder";
-    case EISDIR:
-      return "; give a file";
-    case EACCES:
-      return "; its permissions, or those of its folder, must let you read it";
-    default:
-      return "";
-  }
-}
-
 LinkFileError cannotRead(const std::string& title, int error) {
-  return LinkFileError("cannot read " + title + ": " + systemReason(error) + advice(error));
+  return LinkFileError("cannot read " + title + ": " + systemReason(error) + readAdvice(error));
 }
 
 // Eight bytes at a time; no guard against anybody who wants two files to look alike.

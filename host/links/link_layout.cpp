@@ -16,21 +16,12 @@ namespace {
 
 constexpr std::size_t kPeeked = 64U << 10U;  // bytes that the delimiter is told by
 constexpr std::size_t kRowsForDecimal = 20;
-constexpr std::size_t kMostNamed = 12;  // columns in a message
 
 std::string lowerCase(std::string_view text) {
   std::string lower(withoutBlanks(text));
   for (char& c : lower)
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
   return lower;
-}
-
-std::string listed(const std::vector<std::string>& names) {
-  std::string list;
-  for (std::size_t i = 0; i < std::min(names.size(), kMostNamed); ++i)
-    list += (i > 0 ? ", " : "") + shownText(names[i]);
-  if (names.size() > kMostNamed) list += " and " + std::to_string(names.size() - kMostNamed) + " more";
-  return list;
 }
 
 std::optional<LinkField> fieldOf(const ColumnMeaning& meaning) {
@@ -97,7 +88,8 @@ class Columns {
             places.push_back(i);
       const std::string told =
           std::string("--columns ") + kLinkFieldNames[static_cast<std::size_t>(field)] + "=" + name + ": ";
-      if (places.empty()) return fail(told + "there is no such column; there are " + listed(layout_.names));
+      if (places.empty())
+        return fail(told + "there is no such column; there are " + shownNames(layout_.names));
       if (places.size() > 1 && withoutBlanks(layout_.names[places[1]]) == name && places[0] != places[1])
         return fail(told + "columns " + std::to_string(places[0] + 1) + " and " +
                     std::to_string(places[1] + 1) + " both have that name");
@@ -188,7 +180,7 @@ class Columns {
     fail("there is no column " + names +
          "; the first line must name the columns, as in "
          "\"name,lat1,lon1,h1,lat2,lon2,h2,frequency\", or --columns say which is which; it has " +
-         listed(layout_.names));
+         shownNames(layout_.names));
   }
 
   const LayoutOptions& options_;

@@ -190,4 +190,18 @@ void replaceWholeFile(const std::string& path, std::string_view content, NewFile
   throw cannot("write", target, systemReason(error));
 }
 
+const char* readAdvice(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+      return "; check its name and folder";
+    case EISDIR:
+      return "; give a file";
+    case EACCES:
+      return "; its permissions, or those of its folder, must let you read it";
+    default:
+      return "";
+  }
+}
+
 }  // namespace zel::host

@@ -25,5 +25,7 @@ std::string fileState(const std::string& path);
 
 // "Permission denied".
 std::string systemReason(int error);
+// What to do about a file that cannot be read: "; give a file". Empty where there is nothing to say.
+const char* readAdvice(int error);
 
 }  // namespace zel::host

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <filesystem>
 
 #include "analysis/link_computation.h"
+#include "planning/short_number.h"
 #include "zel/coordinates.h"
 #include "zel/longley_rice.h"
 
@@ -16,19 +16,9 @@ namespace {
 constexpr double kMetresAFoot = 0.3048, kKilometresAMile = 1.609344;
 constexpr std::size_t kMostFiles = 4;  // named on a page
 
-// Fixed decimals, without a minus before a zero.
-std::string fixedText(double value, int decimals) {
-  std::array<char, 400> buffer{};
-  const auto end =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, decimals);
-  std::string text(buffer.data(), end.ptr);
-  if (text.front() == '-' && text.find_first_not_of("-0.") == std::string::npos) text.erase(0, 1);
-  return text;
-}
-
 // At most so many decimals, none that are not needed.
 std::string shortText(double value, int mostDecimals) {
-  std::string text = fixedText(value, mostDecimals);
+  std::string text = fixedNumber(value, mostDecimals);
   if (text.find('.') == std::string::npos) return text;
   text.erase(text.find_last_not_of('0') + 1);
   if (text.back() == '.') text.pop_back();
@@ -37,19 +27,19 @@ std::string shortText(double value, int mostDecimals) {
 
 std::string height(double metres, const ReportUnits& units, int decimals = 0) {
   if (!std::isfinite(metres)) return "no height";
-  return units.imperial ? fixedText(metres / kMetresAFoot, decimals) + " ft"
-                        : fixedText(metres, decimals) + " m";
+  return units.imperial ? fixedNumber(metres / kMetresAFoot, decimals) + " ft"
+                        : fixedNumber(metres, decimals) + " m";
 }
 
 std::string distanceNumber(double km, const ReportUnits& units, int decimals) {
-  return fixedText(units.imperial ? km / kKilometresAMile : km, decimals);
+  return fixedNumber(units.imperial ? km / kKilometresAMile : km, decimals);
 }
 
 std::string distance(double km, const ReportUnits& units) {
   return distanceNumber(km, units, 2) + (units.imperial ? " mi" : " km");
 }
 
-std::string decibels(double value) { return fixedText(value, 1) + " dB"; }
+std::string decibels(double value) { return fixedNumber(value, 1) + " dB"; }
 
 std::string positionText(const Position& position) {
   return latitudeText(position.latitude) + ", " + longitudeText(position.longitude);
@@ -84,7 +74,7 @@ std::string filesText(const TerrainProvenance& terrain) {
 }
 
 std::string bearings(const PageFigures& figures) {
-  return fixedText(figures.bearingDeg, 1) + "\xC2\xB0, back " + fixedText(figures.reverseBearingDeg, 1) +
+  return fixedNumber(figures.bearingDeg, 1) + "\xC2\xB0, back " + fixedNumber(figures.reverseBearingDeg, 1) +
          "\xC2\xB0";
 }
 
@@ -107,11 +97,11 @@ std::string obstacleText(const PathObstacle& obstacle, const ReportUnits& units)
 }
 
 std::string clearanceText(const PathObstacle& obstacle, const ReportUnits& units) {
-  return height(obstacle.clearanceM, units, 1) + " there, " + fixedText(obstacle.clearancePercent, 0) +
+  return height(obstacle.clearanceM, units, 1) + " there, " + fixedNumber(obstacle.clearancePercent, 0) +
          " % of the first Fresnel zone";
 }
 
-std::string percentText(double fraction) { return fixedText(fraction * 100, 0) + " %"; }
+std::string percentText(double fraction) { return fixedNumber(fraction * 100, 0) + " %"; }
 
 std::string datumText(const Plan& plan, const PathProfile& profile) {
   if (plan.datum == PlanDatum::kNad83) return "NAD-83 (as WGS 84)";
@@ -292,13 +282,13 @@ std::array<std::string, kRowColumns> rowHeads(const ReportUnits& units) {
 
 std::array<std::string, kRowColumns> rowTexts(const LinkRow& row, const ReportUnits& units) {
   const auto number = [](const std::optional<double>& value, int decimals) {
-    return value ? fixedText(*value, decimals) : std::string();
+    return value ? fixedNumber(*value, decimals) : std::string();
   };
   return {row.from,
           row.to,
           row.frequencyMhz ? shortText(*row.frequencyMhz, 3) : std::string(),
           distanceNumber(row.distanceKm, units, 2),
-          fixedText(row.bearingDeg, 1),
+          fixedNumber(row.bearingDeg, 1),
           number(row.freeSpaceDb, 1),
           number(row.modeledDb, 1),
           number(row.clearancePercent, 0),
