@@ -154,7 +154,7 @@ def bash(program):
 
 
 def zsh_text(text):
-    """Inside a specification in single quotes."""
+    """Inside an argument of zsh in single quotes."""
     text = re.sub(r"([\[\]:\\])", r"\\\1", sentence(text))
     return text.replace("'", "'\\''")
 

@@ -28,9 +28,9 @@ import paths  # noqa: E402
 
 def module_of(name, file):
     """The two models' comparisons have one file name."""
-    specification = importlib.util.spec_from_file_location(name, file)
-    module = importlib.util.module_from_spec(specification)
-    specification.loader.exec_module(module)
+    origin = importlib.util.spec_from_file_location(name, file)
+    module = importlib.util.module_from_spec(origin)
+    origin.loader.exec_module(module)
     return module
 
 
