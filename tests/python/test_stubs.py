@@ -38,7 +38,7 @@ def arguments_of(function):
 
 
 def members(name):
-    """Attributes and methods that the stub gives a class."""
+    """Attributes and methods that a class has in the type file."""
     attributes, methods = [], {}
     for node in CLASSES[name].body:
         if isinstance(node, ast.AnnAssign):
